@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <ctime>
+#include <optional>
+#include <string>
+
+/// The few calls that each operating system spells in its own way. One source file per system
+/// implements them, in Platform/; everything above is the same code everywhere.
+namespace volbrin {
+
+/// The value of an extended attribute of the item itself (links not followed). `name` is written as
+/// on a Mac; Linux keeps it in the namespace "user." (xattr(7)). Absent without such an attribute,
+/// with an empty one, and when its length changes while it is read.
+[[nodiscard]] std::optional<std::string> extendedAttribute(const std::string& path,
+                                                           const std::string& name);
+
+/// When the item's contents last changed, in full precision.
+[[nodiscard]] std::timespec modificationTime(const struct stat& status);
+
+/// The file that this process runs from, links resolved; absent when the system doesn't say.
+[[nodiscard]] std::optional<std::string> executablePath();
+
+/// Gives `from` the name `to`, and nothing that stands at `to` is ever replaced. Raises
+/// std::system_error with the system's own error, EEXIST when `to` is taken.
+void renameExclusively(const std::string& from, const std::string& to);
+
+}  // namespace volbrin
