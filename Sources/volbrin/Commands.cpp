@@ -1,0 +1,24 @@
+#include "Commands.hpp"
+
+#include <array>
+#include <utility>
+
+namespace volbrin::cli {
+
+CommandFunction functionOf(std::string_view command) {
+  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 7> functions = {{
+      {"status", status},
+      {"scan", scan},
+      {"plan", plan},
+      {"usage", usage},
+      {"apps", apps},
+      {"owner", owner},
+      {"catalog check", catalogCheck},
+  }};
+  for (const auto& [name, function] : functions) {
+    if (name == command) return function;
+  }
+  return nullptr;
+}
+
+}  // namespace volbrin::cli

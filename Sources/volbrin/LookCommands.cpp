@@ -1,0 +1,125 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "ByteText.hpp"
+#include "CatalogCheck.hpp"
+#include "Commands.hpp"
+#include "OwnerResolver.hpp"
+#include "Surroundings.hpp"
+
+namespace volbrin::cli {
+namespace {
+
+/// A name or a path for a line of its own: no name may end the line early.
+std::string nameText(const std::string& name) {
+  std::string text = printable(name);
+  std::replace(text.begin(), text.end(), '\n', '?');
+  return text;
+}
+
+std::string usageLine(const std::string& path, const Usage& usage) {
+  std::string line = fmt::format("{:>8}  {}", byteText(usage.bytes), nameText(path));
+  if (usage.unreadable > 0) {
+    line += fmt::format("  ({} {} couldn't be read)", usage.unreadable,
+                        usage.unreadable == 1 ? "entry" : "entries");
+  }
+  return line + "\n";
+}
+
+OwnerResolver::Kind folderKind(const std::string& text) {
+  if (text == "container") return OwnerResolver::Kind::container;
+  if (text == "group-container") return OwnerResolver::Kind::groupContainer;
+  return OwnerResolver::Kind::supportFolder;
+}
+
+std::string verdictText(const std::string& folder, const OwnerResolver::Verdict& verdict) {
+  using Form = OwnerResolver::Verdict::Form;
+  const auto name = nameText(verdict.name.value_or("an app nobody knows the name of"));
+  switch (verdict.form) {
+    case Form::installed:
+      return fmt::format("{} belongs to {}, which is installed.\n", folder, name);
+    case Form::removed:
+      return fmt::format("{} belongs to {}, which is not installed any more.\n", folder, name);
+    case Form::system:
+      return fmt::format("{} belongs to the system.\n", folder);
+    case Form::unknown:
+      break;
+  }
+  return fmt::format("Nothing tells whose {} is.\n", folder);
+}
+
+}  // namespace
+
+ExitStatus usage(Session& session) {
+  std::vector<std::string> paths;
+  for (const auto& argument : session.arguments().values("PATH")) {
+    const auto path = session.machinePath(argument);
+    if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
+  }
+  const auto usages = session.mac().usageOf(paths, session.progress());
+  session.endProgress();
+
+  Json object = Json::object();
+  std::string text;
+  for (const auto& path : paths) {
+    object.emplace(path, toJson(usages.at(path)));
+    text += usageLine(session.mac().display(path), usages.at(path));
+  }
+  if (session.wantsJson()) {
+    session.output().json(object);
+  } else {
+    session.output().text(text);
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus apps(Session& session) {
+  const auto around = Surroundings::of(session.mac());
+  if (session.wantsJson()) {
+    session.output().json(toJson(around.apps.apps()));
+    return ExitStatus::done;
+  }
+  std::string text;
+  for (const auto& app : around.apps.apps()) {
+    text +=
+        fmt::format("{}  ({}){}\n           {}\n", app.name, app.bundleID.value_or("no identifier"),
+                    app.lastUsed ? "  last used " + iso8601(*app.lastUsed).substr(0, 10) : "",
+                    nameText(session.mac().display(app.path)));
+  }
+  session.output().text(text.empty() ? "No apps found.\n" : text);
+  return ExitStatus::done;
+}
+
+ExitStatus owner(Session& session) {
+  const auto name = *session.arguments().value("NAME");
+  const auto kind = folderKind(*session.arguments().value("--kind"));
+  const auto& catalog = session.catalog();
+  const auto around = Surroundings::of(session.mac());
+  const OwnerResolver owners(around.apps, catalog, around.games(), session.mac());
+  const auto verdict = owners.resolve(name, kind);
+  if (session.wantsJson()) {
+    session.output().json(toJson(verdict));
+  } else {
+    session.output().text(verdictText(nameText(name), verdict));
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus catalogCheck(Session& session) {
+  auto path = session.arguments().value("PATH");
+  if (!path) path = session.arguments().value("--catalog");
+  const auto verdict = checkCatalog(path);
+  if (session.wantsJson()) {
+    session.output().json(toJson(verdict));
+  } else {
+    std::string text = verdict.ok ? "The rules are sound.\n" : "";
+    for (const auto& [where, problem] : verdict.problems) {
+      text += fmt::format("{}: {}\n", where.empty() ? "the file" : where, problem);
+    }
+    session.output().text(text);
+  }
+  return verdict.ok ? ExitStatus::done : ExitStatus::problem;
+}
+
+}  // namespace volbrin::cli

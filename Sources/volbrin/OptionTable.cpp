@@ -1,0 +1,134 @@
+#include "OptionTable.hpp"
+
+#include <algorithm>
+
+namespace volbrin::cli {
+namespace {
+
+std::vector<Option> scanOptions() {
+  return {
+      {"--min-bytes", "", ValueKind::text, "N",
+       "report everything of at least N bytes, in place of the rules' own thresholds"},
+      {"--now", "", ValueKind::text, "DATE",
+       "the moment from which ages are measured (ISO 8601); the present by default"},
+      {"--protect",
+       "",
+       ValueKind::machinePath,
+       "PATH",
+       "never touch PATH or anything in it; may be given more than once",
+       {},
+       true},
+      {"--avoid-privacy-prompts", "", ValueKind::none, "",
+       "keep out of the folders for which macOS asks the user first"},
+  };
+}
+
+std::vector<Option> with(std::vector<Option> options, std::vector<Option> more) {
+  options.insert(options.end(), more.begin(), more.end());
+  return options;
+}
+
+const Option goal = {"--goal", "", ValueKind::text, "TEXT",
+                     "free space wanted: 50GB, 1.5tb, 500mb, 50 (gigabytes) or 10%"};
+
+}  // namespace
+
+const std::vector<Option>& globalOptions() {
+  static const std::vector<Option> options = {
+      {"--machine", "", ValueKind::folder, "DIR",
+       "work on the fake machine in DIR, not on this computer"},
+      {"--catalog", "", ValueKind::file, "PATH", "the rule file"},
+      {"--json", "", ValueKind::none, "", "print JSON on standard output, and nothing else there"},
+      {"--color",
+       "",
+       ValueKind::choice,
+       "WHEN",
+       "colour of the text: auto, always or never",
+       {"auto", "always", "never"}},
+      {"--quiet", "", ValueKind::none, "", "no progress on standard error"},
+      {"--help", "-h", ValueKind::none, "", "tell how the program, or a command, is used"},
+      {"--version", "", ValueKind::none, "", "print the version"},
+  };
+  return options;
+}
+
+const std::vector<Command>& commands() {
+  static const std::vector<Command> list = {
+      {"status",
+       "drives and Trash, without a scan",
+       "Says how much space each drive has and what the Trash holds.",
+       {},
+       {},
+       {{"volbrin status", "how full the drives are"},
+        {"volbrin status --json", "the same for a script"}}},
+      {"scan",
+       "find what uses the space and can go",
+       "Looks at the whole machine and says of each thing why it can go and how to get it back. "
+       "Nothing is changed.",
+       {},
+       with({goal}, scanOptions()),
+       {{"volbrin scan", "what could go, and why"},
+        {"volbrin scan --goal 50GB", "with what the startup drive is short of"},
+        {"volbrin scan --min-bytes 0", "the small things too"},
+        {"volbrin scan --protect ~/Library/Caches/pip", "and one folder left alone"}}},
+      {"plan",
+       "routes to a goal of free space",
+       "Scans, and says how far each route gets: only what rebuilds itself, plus what can be "
+       "downloaded again, and so on; and the fewest steps that reach the goal. Nothing is changed.",
+       {},
+       with({goal,
+             {"--drive", "", ValueKind::text, "DRIVE",
+              "the drive to plan for, by name or path; the startup drive by default"}},
+            scanOptions()),
+       {{"volbrin plan", "how to get 50 GB free on the startup drive"},
+        {"volbrin plan --goal 10% --drive Backup", "a tenth of another drive"}}},
+      {"usage",
+       "what paths take on disk",
+       "Prints the allocated bytes of each path with everything in it. Files with several names "
+       "count once, links count themselves, other drives and cloud folders are not entered.",
+       {{"PATH", ValueKind::machinePath, "what to measure", true, true}},
+       {},
+       {{"volbrin usage ~/Library/Caches", "one folder"},
+        {"volbrin usage ~/Movies ~/Music --json", "several, for a script"}}},
+      {"apps",
+       "the installed apps",
+       "Lists the apps that a scan knows of, and when each was last used.",
+       {},
+       {},
+       {{"volbrin apps", "what is installed"}}},
+      {"owner",
+       "whose folder that is",
+       "Says whether a folder of that name in ~/Library belongs to an app that is installed, to "
+       "one that was removed, to the system, or to nobody known.",
+       {{"NAME", ValueKind::text, "the folder's name", true, false}},
+       {{"--kind",
+         "",
+         ValueKind::choice,
+         "KIND",
+         "where the folder stands: container (Containers), group-container (Group Containers) or "
+         "support-folder (Application Support)",
+         {"container", "group-container", "support-folder"},
+         false,
+         true}},
+       {{"volbrin owner Slack --kind support-folder",
+         "whose ~/Library/Application Support/Slack is"},
+        {"volbrin owner com.example.app --kind container", "a sandboxed app's folder"}}},
+      {"catalog check",
+       "what is wrong with a rule file",
+       "Loads a rule file and reports everything that is wrong with it, each with its place in the "
+       "file. Without PATH, the file that a scan would load.",
+       {{"PATH", ValueKind::file, "the rule file", false, false}},
+       {},
+       {{"volbrin catalog check", "the rules in use"},
+        {"volbrin catalog check my-rules.json", "rules of one's own"}}},
+  };
+  return list;
+}
+
+const Command* findCommand(std::string_view name) {
+  const auto found = std::find_if(commands().begin(), commands().end(),
+                                  [&](const Command& command) { return command.name == name; });
+  return found == commands().end() ? nullptr : &*found;
+}
+
+}  // namespace volbrin::cli
