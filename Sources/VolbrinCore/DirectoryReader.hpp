@@ -43,6 +43,10 @@ enum class MountPoints { cross, refuse };
 [[nodiscard]] Descriptor openFolderBelow(const Descriptor& parent, const char* name,
                                          MountPoints mounts);
 
+/// Opens a file for reading by its path below an open folder, however long. A link anywhere on the
+/// way is refused, and nothing waits for a pipe's other end. What is opened may be no regular file.
+[[nodiscard]] Descriptor openFileBelow(const Descriptor& folder, const std::string& relative);
+
 /// The record of the item at `path`, links not followed.
 [[nodiscard]] std::optional<EntryStat> statPath(const std::string& path);
 /// The record of the entry `name` of `folder`, links not followed, nothing mounted by asking.

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "DirectoryReader.hpp"
 
@@ -41,6 +44,21 @@ class NameList {
     half.block_ = block_.substr(begin, at_ - begin);
     count_ -= half.count_;
     return half;
+  }
+
+  /// Puts the names in ascending order of their bytes.
+  void sort() {
+    std::vector<std::string_view> items;  // each with its kind in front and its NUL behind
+    for (std::size_t from = at_; from < block_.size(); from += items.back().size()) {
+      const std::size_t end = block_.find('\0', from + 1) + 1;
+      items.push_back(std::string_view(block_).substr(from, end - from));
+    }
+    std::sort(items.begin(), items.end(), [](auto a, auto b) { return a.substr(1) < b.substr(1); });
+    std::string sorted;
+    sorted.reserve(block_.size() - at_);
+    for (const auto item : items) sorted += item;
+    block_ = std::move(sorted);
+    at_ = 0;
   }
 
   [[nodiscard]] std::size_t count() const { return count_; }

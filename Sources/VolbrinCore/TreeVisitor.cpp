@@ -3,16 +3,20 @@
 #include <utility>
 #include <vector>
 
+#include "Paths.hpp"
+
 namespace volbrin {
 
 WalkFolder::WalkFolder(std::shared_ptr<const WalkFolder> parent, std::string name, std::size_t root,
-                       const EntryStat& stat, const SkipTree* skips)
+                       const EntryStat& stat, const SkipTree* skips, unsigned mark)
     : parent_(std::move(parent)),
       name_(std::move(name)),
       root_(root),
       device_(stat.device),
       inode_(stat.inode),
-      skips_(skips) {}
+      depth_(parent_ ? parent_->depth_ + 1 : 0),
+      skips_(skips),
+      mark_(mark) {}
 
 WalkFolder::~WalkFolder() {
   // A chain of folders is let go one by one; left to the members, it would be let go by recursion,
@@ -30,13 +34,19 @@ WalkFolder::~WalkFolder() {
 }
 
 std::string WalkFolder::path() const {
+  const WalkFolder* root = this;
+  while (root->parent() != nullptr) root = root->parent();
+  return root == this ? name_ : below(root->name(), relativePath());
+}
+
+std::string WalkFolder::relativePath() const {
   std::vector<const WalkFolder*> chain;
-  for (const auto* folder = this; folder != nullptr; folder = folder->parent()) {
+  for (const auto* folder = this; folder->parent() != nullptr; folder = folder->parent()) {
     chain.push_back(folder);
   }
   std::string path;
   for (auto folder = chain.rbegin(); folder != chain.rend(); ++folder) {
-    if (!path.empty() && path.back() != '/') path += '/';
+    if (!path.empty()) path += '/';
     path += (*folder)->name();
   }
   return path;

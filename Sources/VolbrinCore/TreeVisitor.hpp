@@ -16,7 +16,7 @@ namespace volbrin {
 class WalkFolder {
  public:
   WalkFolder(std::shared_ptr<const WalkFolder> parent, std::string name, std::size_t root,
-             const EntryStat& stat, const SkipTree* skips);
+             const EntryStat& stat, const SkipTree* skips, unsigned mark);
   ~WalkFolder();
   WalkFolder(const WalkFolder&) = delete;
   WalkFolder& operator=(const WalkFolder&) = delete;
@@ -29,10 +29,16 @@ class WalkFolder {
   [[nodiscard]] std::size_t root() const { return root_; }
   [[nodiscard]] std::uint64_t device() const { return device_; }
   [[nodiscard]] std::uint64_t inode() const { return inode_; }
+  /// How many folders of the walk lie above it; 0 for a root.
+  [[nodiscard]] std::size_t depth() const { return depth_; }
+  /// What the visitor's `mark` gave for it.
+  [[nodiscard]] unsigned mark() const { return mark_; }
   /// Null when nothing below is passed over.
   [[nodiscard]] const SkipTree* skips() const { return skips_; }
   /// The whole path, built anew at each call.
   [[nodiscard]] std::string path() const;
+  /// The path below the walk's root, built anew at each call; empty for the root.
+  [[nodiscard]] std::string relativePath() const;
 
  private:
   std::shared_ptr<const WalkFolder> parent_;
@@ -40,7 +46,9 @@ class WalkFolder {
   std::size_t root_;
   std::uint64_t device_;
   std::uint64_t inode_;
+  std::size_t depth_;
   const SkipTree* skips_;
+  unsigned mark_;
 };
 
 /// One thing that a walk met.
@@ -48,7 +56,17 @@ struct WalkEntry {
   std::size_t root;          ///< which of the walk's roots it belongs to, by position
   std::string_view name;     ///< the last component; a root's whole path
   const WalkFolder* folder;  ///< the folder it lies in; null for a root itself
-  const EntryStat& stat;     ///< its own record
+  const EntryStat& stat;     ///< its own record; in a walk for kinds alone only the kind
+
+  /// How many folders of the walk lie above it.
+  [[nodiscard]] std::size_t depth() const { return folder == nullptr ? 0 : folder->depth() + 1; }
+};
+
+/// How a walk goes on from an entry.
+enum class Onward {
+  into,    ///< with what lies in it, if it is a folder
+  around,  ///< not into this folder
+  end,     ///< not at all: the walk is over
 };
 
 /// What looks at a tree. A walk uses one visitor for each lane, never from two threads at once, so
@@ -58,12 +76,17 @@ class TreeVisitor {
   virtual ~TreeVisitor() = default;
 
   /// An entry, once; a folder before anything in it, also when it is not entered. The order of the
-  /// entries, and which lane meets which, is open.
-  virtual void visit(const WalkEntry& entry) = 0;
+  /// entries, and which lane meets which, is open where the walk's options leave it so. After
+  /// `Onward::end` this visitor is shown nothing more, others only what they are at.
+  virtual Onward visit(const WalkEntry& entry) = 0;
+
+  /// What shall stand on a folder that is about to be entered, for whoever visits what lies in it.
+  [[nodiscard]] virtual unsigned mark(const WalkEntry& /*folder*/) { return 0; }
 
   /// Something that couldn't be looked at: a folder that can't be opened or read to its end, an
-  /// entry that vanished, a root that isn't there.
-  virtual void unreadable(std::size_t root) = 0;
+  /// entry that vanished, a root that isn't there. `closed` is the record of a folder below the
+  /// root that can't be opened and hasn't been visited; null for all else.
+  virtual void unreadable(std::size_t root, const EntryStat* closed) = 0;
 
   /// A folder's entries have all been visited, but for the folders in it; or the lane has nothing
   /// more to do for now. For progress.

@@ -1,25 +1,32 @@
 #include "TreeWalk.hpp"
 
+#include "Paths.hpp"
+#include "PrivacyFence.hpp"
 #include "WalkLane.hpp"
 
 namespace volbrin {
 namespace {
 
-SkipTree skipsBelow(const std::string& root, const std::unordered_set<std::string>& passedOver) {
+SkipTree skipsBelow(const std::string& root, const std::unordered_set<std::string>& passedOver,
+                    const std::vector<std::string>& fenced) {
   SkipTree skips;
   for (const auto& path : passedOver) skips.add(root, path);
+  for (const auto& path : fenced) skips.add(root, path);
   return skips;
 }
 
 }  // namespace
 
-void walkTrees(const std::vector<std::string>& roots,
-               const std::unordered_set<std::string>& passedOver,
+void walkTrees(const std::vector<std::string>& roots, const WalkOptions& options,
                const std::function<TreeVisitor&()>& makeVisitor) {
+  const auto fenced = PrivacyFence::shared().active();
   std::vector<WalkRoot> work;
   work.reserve(roots.size());
-  for (const auto& root : roots) work.push_back({root, skipsBelow(root, passedOver)});
-  WalkCrew crew(work, makeVisitor,
+  for (std::size_t i = 0; i < roots.size(); ++i) {
+    if (PrivacyFence::shared().isFenced(withoutTrailingSlashes(roots[i]))) continue;
+    work.push_back({i, roots[i], skipsBelow(roots[i], options.passedOver, fenced)});
+  }
+  WalkCrew crew(work, options, makeVisitor,
                 [](WalkCrew& own, TreeVisitor& visitor) { WalkLane(own, visitor).run(); });
   crew.run();
 }

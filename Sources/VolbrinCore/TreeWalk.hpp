@@ -10,17 +10,38 @@
 /// The one traversal of the engine: everything that looks at whole trees is a visitor on it.
 ///
 /// It goes by directory handle, names relative to it, and so survives any depth and any name. Links
-/// are never followed, the root's device is never left, mount points and skipped folders are not
-/// entered. Several lanes (threads) share the work where it pays; memory grows with the depth of
-/// the tree and the widest folders on the way down, never with the number of files.
+/// are never followed, the root's device is never left, mount points, fenced and skipped folders
+/// are not entered. Several lanes (threads) share the work where it pays; memory grows with the
+/// depth of the tree and the widest folders on the way down, never with the number of files.
 namespace volbrin {
 
-/// Walks every tree of `roots`, absolute paths. Folders in `passedOver` (absolute paths) are
-/// visited but not entered, a root among them too. `makeVisitor` is called on the calling thread or
-/// under a lock, once for each lane, and the visitors must outlive the call. A root that is no
-/// folder is one entry.
-void walkTrees(const std::vector<std::string>& roots,
-               const std::unordered_set<std::string>& passedOver,
+struct WalkOptions {
+  /// Folders (absolute paths) that are visited but not entered, a root among them too.
+  std::unordered_set<std::string> passedOver = {};
+
+  enum class Detail {
+    stat,  ///< an entry's whole record: one metadata call each
+    kind,  ///< only what its folder's listing tells: no calls of its own
+  };
+  Detail detail = Detail::stat;
+
+  enum class Order {
+    any,     ///< as the lanes come by
+    byName,  ///< one lane; names in each folder ascending by bytes, a folder's contents behind it
+  };
+  Order order = Order::any;
+
+  enum class RootLinks {
+    refuse,  ///< a root that is a link is one entry
+    follow,  ///< a root that is a link to a folder stands for the folder
+  };
+  RootLinks rootLinks = RootLinks::refuse;
+};
+
+/// Walks every tree of `roots`, absolute paths; those that are fenced are left out. `makeVisitor`
+/// is called on the calling thread or under a lock, once for each lane, and the visitors must
+/// outlive the call. A root that is no folder is one entry.
+void walkTrees(const std::vector<std::string>& roots, const WalkOptions& options,
                const std::function<TreeVisitor&()>& makeVisitor);
 
 }  // namespace volbrin

@@ -21,9 +21,10 @@ std::size_t openLimitOfLane() {
 
 }  // namespace
 
-WalkCrew::WalkCrew(const std::vector<WalkRoot>& roots,
+WalkCrew::WalkCrew(const std::vector<WalkRoot>& roots, const WalkOptions& options,
                    const std::function<TreeVisitor&()>& makeVisitor, LaneWork laneWork)
     : roots_(roots),
+      options_(options),
       makeVisitor_(makeVisitor),
       laneWork_(std::move(laneWork)),
       openLimit_(openLimitOfLane()) {}
@@ -45,10 +46,10 @@ void WalkCrew::runLane() {
   laneWork_(*this, *visitor);
 }
 
-std::optional<std::size_t> WalkCrew::nextRoot() {
-  if (nextRoot_.load(std::memory_order_relaxed) >= roots_.size()) return std::nullopt;
+const WalkRoot* WalkCrew::nextRoot() {
+  if (isEnded() || nextRoot_.load(std::memory_order_relaxed) >= roots_.size()) return nullptr;
   const std::size_t next = nextRoot_++;
-  return next < roots_.size() ? std::optional(next) : std::nullopt;
+  return next < roots_.size() ? &roots_[next] : nullptr;
 }
 
 std::optional<WalkFrame> WalkCrew::awaitWork() {
@@ -82,7 +83,7 @@ void WalkCrew::handOver(WalkFrame frame) {
 }
 
 void WalkCrew::callHelpers() {
-  if (helpersCalled_.exchange(true)) return;
+  if (options_.order == WalkOptions::Order::byName || helpersCalled_.exchange(true)) return;
   std::vector<HelperThread> helpers;
   while (helpers.size() + 1 < HelperThread::width()) {
     auto helper = HelperThread::tryStart([this] { runLane(); });

@@ -13,11 +13,16 @@ constexpr std::size_t farthestClimb = 600;
 /// Fewer names of a huge folder aren't worth handing to another lane.
 constexpr std::size_t namesWorthSharing = 64;
 
+bool isFolderBehind(const std::string& link) {
+  const auto stat = statPath(link + "/.");
+  return stat && stat->kind == EntryKind::folder;
+}
+
 }  // namespace
 
 void WalkLane::run() {
   while (true) {
-    while (const auto root = crew_.nextRoot()) {
+    while (const WalkRoot* root = crew_.nextRoot()) {
       startRoot(*root);
       drainStack();
     }
@@ -30,28 +35,54 @@ void WalkLane::run() {
 }
 
 void WalkLane::drainStack() {
-  while (!stack_.empty()) step();
+  while (!stack_.empty() && !crew_.isEnded()) step();
+  stack_.clear();
+  firstOpen_ = 0;
 }
 
-void WalkLane::startRoot(std::size_t root) {
-  const auto& [path, skips] = crew_.roots()[root];
+void WalkLane::startRoot(const WalkRoot& root) {
+  const auto& [position, path, skips] = root;
+  const bool followsLink = crew_.options().rootLinks == WalkOptions::RootLinks::follow;
   const auto stat = path.find('\0') == std::string::npos ? statPath(path) : std::nullopt;
   if (!stat) {
-    visitor_.unreadable(root);
+    visitor_.unreadable(position, nullptr);
     return;
   }
-  if (stat->kind != EntryKind::folder || skips.isSkipped()) {
-    visitor_.visit({root, path, nullptr, *stat});
+  const bool isFolder = stat->kind == EntryKind::folder ||
+                        (stat->kind == EntryKind::link && followsLink && isFolderBehind(path));
+  if (!isFolder || skips.isSkipped()) {
+    show({position, path, nullptr, *stat});
     return;
   }
-  Descriptor handle = openFolder(path);
+  Descriptor handle = openRoot(path);
   const auto opened = handle ? statOpen(handle) : std::nullopt;
   if (!opened) {
-    visitor_.unreadable(root);
+    visitor_.unreadable(position, nullptr);
     return;
   }
-  visitor_.visit({root, path, nullptr, *opened});
-  readFolder(std::make_shared<WalkFolder>(nullptr, path, root, *opened, &skips), std::move(handle));
+  const WalkEntry entry{position, path, nullptr, *opened};
+  if (!show(entry)) return;
+  readFolder(
+      std::make_shared<WalkFolder>(nullptr, path, position, *opened, &skips, visitor_.mark(entry)),
+      std::move(handle));
+}
+
+Descriptor WalkLane::openRoot(const std::string& path) const {
+  // With a component behind it, the system follows a link.
+  const bool followsLink = crew_.options().rootLinks == WalkOptions::RootLinks::follow;
+  return openFolder(followsLink ? path + "/." : path);
+}
+
+bool WalkLane::show(const WalkEntry& entry) {
+  const Onward onward = visitor_.visit(entry);
+  if (onward == Onward::end) crew_.end();
+  return onward == Onward::into;
+}
+
+void WalkLane::tellUnreadable(const WalkFrame& frame, const char* name) {
+  const bool isRefused = errno == EACCES || errno == EPERM;
+  const auto stat = isRefused ? statBelow(frame.handle, name) : std::nullopt;
+  visitor_.unreadable(frame.folder->root(), stat ? &*stat : nullptr);
 }
 
 void WalkLane::step() {
@@ -63,7 +94,7 @@ void WalkLane::step() {
     return;
   }
   if (!stack_[top].handle && !reopen(top)) {
-    while (stack_[top].names.take()) visitor_.unreadable(stack_[top].folder->root());
+    while (stack_[top].names.take()) visitor_.unreadable(stack_[top].folder->root(), nullptr);
     return;
   }
   if (stack_[top].names.count() > 1) {
@@ -88,9 +119,11 @@ void WalkLane::visitName(WalkFrame& frame) {
 }
 
 void WalkLane::enterFolder(WalkFrame& frame, const char* name) {
+  if (crew_.isEnded()) return;
   const auto& parent = frame.folder;
   const std::size_t root = parent->root();
   const SkipTree* skips = parent->skips() != nullptr ? parent->skips()->below(name) : nullptr;
+  if (crew_.options().detail == WalkOptions::Detail::kind) return enterUnasked(frame, name, skips);
   const bool isSkipped = skips != nullptr && skips->isSkipped();
 
   Descriptor handle;
@@ -101,20 +134,43 @@ void WalkLane::enterFolder(WalkFrame& frame, const char* name) {
   }
   if (isSkipped || (!handle && errno == EXDEV)) stat = statBelow(frame.handle, name);
   if (!stat) {
-    visitor_.unreadable(root);
+    tellUnreadable(frame, name);
     return;
   }
-  visitor_.visit({root, name, parent.get(), *stat});
+  const WalkEntry entry{root, name, parent.get(), *stat};
   ++entriesSeen_;
-  if (!handle || stat->device != parent->device()) return;
-  readFolder(std::make_shared<WalkFolder>(parent, name, root, *stat, skips), std::move(handle));
+  if (!show(entry) || !handle || stat->device != parent->device()) return;
+  readFolder(std::make_shared<WalkFolder>(parent, name, root, *stat, skips, visitor_.mark(entry)),
+             std::move(handle));
+}
+
+void WalkLane::enterUnasked(WalkFrame& frame, const char* name, const SkipTree* skips) {
+  const auto& parent = frame.folder;
+  EntryStat kind;
+  kind.kind = EntryKind::folder;
+  const WalkEntry entry{parent->root(), name, parent.get(), kind};
+  ++entriesSeen_;
+  if (!show(entry) || (skips != nullptr && skips->isSkipped())) return;
+  Descriptor handle = open(frame, name);
+  if (!handle && errno == EXDEV) return;
+  const auto stat = handle ? statOpen(handle) : std::nullopt;
+  if (!stat) {
+    visitor_.unreadable(parent->root(), nullptr);
+  } else if (stat->device == parent->device()) {
+    readFolder(std::make_shared<WalkFolder>(parent, name, parent->root(), *stat, skips,
+                                            visitor_.mark(entry)),
+               std::move(handle));
+  }
 }
 
 void WalkLane::readFolder(std::shared_ptr<const WalkFolder> folder, Descriptor handle) {
+  const bool isOrdered = crew_.options().order == WalkOptions::Order::byName;
   WalkFrame frame{std::move(folder), std::move(handle), {}};
-  while (true) {
+  while (!crew_.isEnded()) {
     const auto filled = buffer_.fill(frame.handle);
-    if (filled == DirectoryBuffer::Fill::failed) visitor_.unreadable(frame.folder->root());
+    if (filled == DirectoryBuffer::Fill::failed) {
+      visitor_.unreadable(frame.folder->root(), nullptr);
+    }
     if (filled != DirectoryBuffer::Fill::batch) break;
     if (entriesSeen_ > entriesBeforeHelpers) crew_.callHelpers();
 
@@ -123,13 +179,14 @@ void WalkLane::readFolder(std::shared_ptr<const WalkFolder> folder, Descriptor h
       continue;
     }
     while (const auto listed = buffer_.next()) {
-      if (listed->kind == EntryKind::folder) {
+      if (isOrdered || listed->kind == EntryKind::folder) {
         frame.names.add(listed->name, listed->kind);
       } else {
         visitListed(frame, *listed);
       }
     }
   }
+  if (isOrdered) frame.names.sort();
   visitor_.pause();
   if (frame.names.count() > 0) push(std::move(frame));
 }
@@ -150,14 +207,22 @@ void WalkLane::visitSharing(WalkFrame& frame) {
 }
 
 void WalkLane::visitListed(WalkFrame& frame, const ListedEntry& listed) {
-  const auto stat = statBelow(frame.handle, listed.name);
+  if (crew_.isEnded()) return;
+  std::optional<EntryStat> stat;
+  if (crew_.options().detail == WalkOptions::Detail::kind && listed.kind != EntryKind::unknown) {
+    stat.emplace().kind = listed.kind;
+  } else {
+    stat = statBelow(frame.handle, listed.name);
+  }
   ++entriesSeen_;
   if (!stat) {
-    visitor_.unreadable(frame.folder->root());
-  } else if (stat->kind == EntryKind::folder) {
-    frame.names.add(listed.name, EntryKind::folder);
+    visitor_.unreadable(frame.folder->root(), nullptr);
+  } else if (stat->kind != EntryKind::folder) {
+    show({frame.folder->root(), listed.name, frame.folder.get(), *stat});
+  } else if (crew_.options().order == WalkOptions::Order::byName) {
+    enterFolder(frame, listed.name);
   } else {
-    visitor_.visit({frame.folder->root(), listed.name, frame.folder.get(), *stat});
+    frame.names.add(listed.name, EntryKind::folder);
   }
 }
 
@@ -199,7 +264,7 @@ bool WalkLane::reopen(std::size_t index) {
   for (auto folder = chain.rbegin(); folder != chain.rend(); ++folder) {
     const auto& name = (*folder)->name();
     Descriptor handle = (*folder)->parent() == nullptr
-                            ? openFolder(name)
+                            ? openRoot(name)
                             : openFolderBelow(*above, name.c_str(), MountPoints::refuse);
     const auto stat = handle ? statOpen(handle) : std::nullopt;
     if (!stat || stat->inode != (*folder)->inode() || stat->device != (*folder)->device()) {

@@ -20,12 +20,17 @@ class WalkLane {
   void run();
 
  private:
-  void startRoot(std::size_t root);
+  void startRoot(const WalkRoot& root);
   void drainStack();
   /// Looks at one name of the stack's top.
   void step();
   void visitName(WalkFrame& frame);
+  /// Shows an entry to the visitor; false when nothing of it is to be entered.
+  bool show(const WalkEntry& entry);
   void enterFolder(WalkFrame& frame, const char* name);
+  /// The same in a walk for kinds alone, where the folder is opened only when it is wanted.
+  void enterUnasked(WalkFrame& frame, const char* name, const SkipTree* skips);
+  void tellUnreadable(const WalkFrame& frame, const char* name);
   /// Visits a folder's files; the folders in it become the new top of the stack.
   void readFolder(std::shared_ptr<const WalkFolder> folder, Descriptor handle);
   /// Visits the files of the batch just read, half of them by way of another lane.
@@ -35,6 +40,7 @@ class WalkLane {
 
   void push(WalkFrame frame);
   void pop();
+  [[nodiscard]] Descriptor openRoot(const std::string& path) const;
   [[nodiscard]] Descriptor open(const WalkFrame& frame, const char* name);
   void closeOldest(std::size_t keep);
   /// Opens the folder of the frame at `index` again, by way of its root, and makes sure that it is

@@ -141,8 +141,11 @@ void makeComb(const TemporaryFolder& folder, std::string at, const std::string& 
 
 /// Counts the files that lie outside.
 struct OutsideCounter final : TreeVisitor {
-  void visit(const WalkEntry& entry) override { count += entry.name == "outside"; }
-  void unreadable(std::size_t) override {}
+  Onward visit(const WalkEntry& entry) override {
+    count += entry.name == "outside";
+    return Onward::into;
+  }
+  void unreadable(std::size_t, const EntryStat*) override {}
 
   int count = 0;
 };

@@ -147,12 +147,13 @@ TEST_F(TreeWalkTests, TellsTheObserverEveryByte) {
 /// Counts the mount points, and what lies behind them.
 class MountVisitor final : public TreeVisitor {
  public:
-  void visit(const WalkEntry& entry) override {
+  Onward visit(const WalkEntry& entry) override {
     if (entry.folder == nullptr) device_ = entry.stat.device;
     mountPoints += entry.stat.device != device_;
     entered += entry.folder != nullptr && entry.folder->device() != device_;
+    return Onward::into;
   }
-  void unreadable(std::size_t) override {}
+  void unreadable(std::size_t, const EntryStat*) override {}
 
   int mountPoints = 0, entered = 0;
 

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <climits>
 
 #include "../../DirectoryReader.hpp"
 
@@ -93,6 +94,28 @@ Descriptor openFolder(const std::string& path) {
 
 Descriptor openFolderBelow(const Descriptor& parent, const char* name, MountPoints mounts) {
   return openQuietly(parent.get(), name, mounts);
+}
+
+Descriptor openFileBelow(const Descriptor& folder, const std::string& relative) {
+  constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOATIME;
+  Descriptor passing;
+  const Descriptor* above = &folder;
+  std::size_t at = 0;
+  // The system takes no path longer than PATH_MAX at once.
+  while (relative.size() - at >= PATH_MAX) {
+    const std::size_t cut = relative.rfind('/', at + PATH_MAX - 2);
+    if (cut == std::string::npos || cut <= at) return {};
+    passing = openFolderBelow(*above, relative.substr(at, cut - at).c_str(), MountPoints::refuse);
+    if (!passing) return {};
+    above = &passing;
+    at = cut + 1;
+  }
+  const char* rest = relative.c_str() + at;
+  int opened = openAt(above->get(), rest, flags, MountPoints::refuse);
+  if (opened < 0 && errno == EPERM) {
+    opened = openAt(above->get(), rest, flags & ~O_NOATIME, MountPoints::refuse);
+  }
+  return Descriptor(opened);
 }
 
 std::optional<EntryStat> statPath(const std::string& path) {
