@@ -1,31 +1,46 @@
 #include <algorithm>
 #include <array>
+#include <deque>
 
 #include "Files.hpp"
 #include "Inventory.hpp"
 #include "Parallel.hpp"
 #include "Paths.hpp"
-#include "PrivacyFence.hpp"
 #include "PropertyList.hpp"
 #include "Text.hpp"
+#include "TreeWalk.hpp"
 
 namespace volbrin {
 namespace {
 
 /// Levels of folders below a root in which apps are looked for: a walk of a big Applications tree
 /// stays cheap.
-constexpr int searchDepth = 4;
+constexpr std::size_t searchDepth = 4;
 
-void findApps(const std::string& folder, int depth, std::set<std::string>& found) {
-  if (depth < 1) return;
-  for (const auto& path : children(folder)) {
-    if (PrivacyFence::shared().blocks(path) || !isDirectory(path) || isSymlink(path)) continue;
-    if (path.ends_with(".app")) {
-      found.insert(path);
-    } else {
-      findApps(path, depth - 1, found);
+class AppVisitor final : public TreeVisitor {
+ public:
+  Onward visit(const WalkEntry& entry) override {
+    if (entry.folder == nullptr) return Onward::into;
+    if (entry.stat.kind != EntryKind::folder || entry.name.starts_with('.')) return Onward::around;
+    if (entry.name.ends_with(".app")) {
+      found.push_back(below(entry.folder->path(), entry.name));
+      return Onward::around;
     }
+    return entry.depth() < searchDepth ? Onward::into : Onward::around;
   }
+  void unreadable(std::size_t /*root*/, const EntryStat* /*closed*/) override {}
+
+  std::vector<std::string> found;
+};
+
+std::set<std::string> findApps(const std::vector<std::string>& roots) {
+  std::deque<AppVisitor> lanes;
+  walkTrees(roots,
+            {.detail = WalkOptions::Detail::kind, .rootLinks = WalkOptions::RootLinks::follow},
+            [&]() -> TreeVisitor& { return lanes.emplace_back(); });
+  std::set<std::string> paths;
+  for (const auto& lane : lanes) paths.insert(lane.found.begin(), lane.found.end());
+  return paths;
 }
 
 /// Whether an app of the system's index is one that a user installed.
@@ -83,8 +98,7 @@ AppIndex AppIndex::discover(const Mac& mac, const std::vector<DriveInfo>& drives
   }
   roots.insert(roots.end(), extraRoots.begin(), extraRoots.end());
 
-  std::set<std::string> paths;
-  for (const auto& root : roots) findApps(root, searchDepth, paths);
+  auto paths = findApps(roots);
   for (auto& path : mac.platform().indexedApps()) {
     if (counts(path)) paths.insert(std::move(path));
   }

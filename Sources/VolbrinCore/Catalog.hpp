@@ -7,6 +7,7 @@
 
 #include "Bytes.hpp"
 #include "Model.hpp"
+#include "OwnFiles.hpp"
 
 namespace volbrin {
 
@@ -50,11 +51,8 @@ struct Catalog {
     std::optional<std::string> steamAppID;
   };
 
-  /// What marks a folder as holding the user's own work; in lower case.
-  struct Markers {
-    std::vector<std::string> folders;
-    std::vector<std::string> extensions;
-  };
+  /// What marks a file as the user's own work.
+  using Markers = FileMarkers;
 
   /// A big folder that only its app can move.
   struct AppLibrary {

@@ -102,13 +102,16 @@ bool AppIndex::isPluginHost(const InstalledApp& app,
                      [&](const auto& plugin) { return beginAlike(plugin, name); });
 }
 
+bool isGenericBundleWord(std::string_view word) {
+  return std::find(genericBundleWords.begin(), genericBundleWords.end(), normalized(word)) !=
+         genericBundleWords.end();
+}
+
 std::string displayName(std::string_view bundleID) {
   const auto parts = split(bundleID, '.');
   if (parts.empty()) return std::string(bundleID);
   auto word = parts.back();
-  const bool isGeneric = std::find(genericBundleWords.begin(), genericBundleWords.end(),
-                                   normalized(word)) != genericBundleWords.end();
-  if (isGeneric && parts.size() >= 3) word = parts[parts.size() - 2];
+  if (parts.size() >= 3 && isGenericBundleWord(word)) word = parts[parts.size() - 2];
   return uppercasedFirst(word);
 }
 

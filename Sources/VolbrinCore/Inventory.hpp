@@ -86,6 +86,10 @@ class AppIndex {
   std::set<std::string> pluginNames_;
 };
 
+/// Whether a word, compared `normalized`, names no product when it stands last in a bundle
+/// identifier: "app", "helper", ...
+[[nodiscard]] bool isGenericBundleWord(std::string_view word);
+
 /// A name for people, made from a bundle identifier: its last part, or the one before if the last
 /// names no product ("app", "helper", ...), with a capital.
 [[nodiscard]] std::string displayName(std::string_view bundleID);

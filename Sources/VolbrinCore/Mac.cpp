@@ -12,20 +12,22 @@
 namespace volbrin {
 namespace {
 
+constexpr const char* productName = "a measured size times the scale";
+
+}  // namespace
+
 /// Tells an observer of a fake machine's sizes as the machine itself does.
-class ScaledObserver final : public MeasureObserver {
+class Mac::ScaledObserver final : public MeasureObserver {
  public:
   ScaledObserver(MeasureObserver& inner, double scale) : inner_(inner), scale_(scale) {}
   void measured(ByteCount bytes) override {
-    inner_.measured(scaledBytes(bytes, scale_, "a measured size times the scale"));
+    inner_.measured(scaledBytes(bytes, scale_, productName));
   }
 
  private:
   MeasureObserver& inner_;
   double scale_;
 };
-
-}  // namespace
 
 Mac Mac::real() {
   const std::string home = homeOfThisUser();
@@ -87,9 +89,14 @@ std::unordered_set<std::string> Mac::cloudPaths() const {
 
 Usage Mac::scaled(Usage usage) const {
   if (fixture_ && fixture_->scale) {
-    usage.bytes = scaledBytes(usage.bytes, *fixture_->scale, "a measured size times the scale");
+    usage.bytes = scaledBytes(usage.bytes, *fixture_->scale, productName);
   }
   return usage;
+}
+
+MeasureObserver* Mac::scaled(MeasureObserver* observer, std::optional<ScaledObserver>& own) const {
+  if (observer == nullptr || !fixture_ || !fixture_->scale) return observer;
+  return &own.emplace(*observer, *fixture_->scale);
 }
 
 Usage Mac::usage(const std::string& path, MeasureObserver* observer) const {
@@ -98,13 +105,19 @@ Usage Mac::usage(const std::string& path, MeasureObserver* observer) const {
 
 std::map<std::string, Usage> Mac::usageOf(const std::vector<std::string>& paths,
                                           MeasureObserver* observer) const {
-  std::optional<ScaledObserver> scaledObserver;
-  if (observer != nullptr && fixture_ && fixture_->scale) {
-    observer = &scaledObserver.emplace(*observer, *fixture_->scale);
-  }
-  auto usages = diskUsageOf(paths, cloudPaths(), observer);
+  std::optional<ScaledObserver> own;
+  auto usages = diskUsageOf(paths, cloudPaths(), scaled(observer, own));
   for (auto& [path, usage] : usages) usage = scaled(usage);
   return usages;
+}
+
+std::vector<TreeFacts> Mac::treeFactsOf(const std::vector<std::string>& paths,
+                                        const FileMarkers& markers,
+                                        MeasureObserver* observer) const {
+  std::optional<ScaledObserver> own;
+  auto facts = volbrin::treeFactsOf(paths, cloudPaths(), markers, scaled(observer, own));
+  for (auto& each : facts) each.usage = scaled(each.usage);
+  return facts;
 }
 
 ByteCount Mac::trashBytes() const { return usage(platform_->trashFolder()).bytes; }

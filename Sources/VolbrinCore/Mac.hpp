@@ -11,6 +11,7 @@
 #include "Fixture.hpp"
 #include "Model.hpp"
 #include "Platform/Platform.hpp"
+#include "TreeFacts.hpp"
 
 namespace volbrin {
 
@@ -51,6 +52,10 @@ class Mac {
   /// What `path` takes on disk, cloud folders passed over (DiskUsage.hpp), scaled on a fake
   /// machine.
   [[nodiscard]] Usage usage(const std::string& path, MeasureObserver* observer = nullptr) const;
+  /// What one pass tells of each tree, its usage as `usageOf` gives it, in the order of `paths`.
+  [[nodiscard]] std::vector<TreeFacts> treeFactsOf(const std::vector<std::string>& paths,
+                                                   const FileMarkers& markers,
+                                                   MeasureObserver* observer = nullptr) const;
   /// The same for many paths, measured side by side.
   [[nodiscard]] std::map<std::string, Usage> usageOf(const std::vector<std::string>& paths,
                                                      MeasureObserver* observer = nullptr) const;
@@ -82,7 +87,11 @@ class Mac {
 
  private:
   [[nodiscard]] std::vector<CloudFolder> findCloudFolders() const;
+  class ScaledObserver;
+
   [[nodiscard]] Usage scaled(Usage usage) const;
+  /// `observer` itself, or `own`, which stands before it and scales what it is told.
+  MeasureObserver* scaled(MeasureObserver* observer, std::optional<ScaledObserver>& own) const;
   [[nodiscard]] std::unordered_set<std::string> cloudPaths() const;
 
   std::string root_;

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "Paths.hpp"
+#include "Text.hpp"
+
 namespace volbrin {
 
 std::string_view title(Tier tier) {
@@ -24,6 +27,15 @@ const DriveInfo* ScanReport::startup() const {
   const auto found = std::find_if(drives.begin(), drives.end(),
                                   [](const DriveInfo& drive) { return drive.isStartup; });
   return found == drives.end() ? nullptr : &*found;
+}
+
+const DriveInfo* deepestDrive(const std::vector<DriveInfo>& drives, std::string_view path) {
+  const DriveInfo* best = nullptr;
+  for (const auto& drive : drives) {
+    if (!isAtOrInside(path, drive.path)) continue;
+    if (best == nullptr || characterCount(drive.path) > characterCount(best->path)) best = &drive;
+  }
+  return best;
 }
 
 }  // namespace volbrin

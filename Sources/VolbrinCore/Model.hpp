@@ -92,6 +92,11 @@ struct DriveInfo {
   bool operator==(const DriveInfo&) const = default;
 };
 
+/// The drive that holds `path`: of all mounted at or above it the one with the longest path in
+/// characters, among equals the first. Null when none does.
+[[nodiscard]] const DriveInfo* deepestDrive(const std::vector<DriveInfo>& drives,
+                                            std::string_view path);
+
 /// Something left out of a scan, with the reason in words for the user. The first words of some
 /// reasons are recognised by the text report.
 struct Skipped {

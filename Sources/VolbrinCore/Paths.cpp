@@ -62,6 +62,12 @@ std::string_view stem(std::string_view path) {
   return extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1);
 }
 
+bool precedesInTree(std::string_view a, std::string_view b) {
+  const auto rank = [](char c) { return c == '/' ? 0U : static_cast<unsigned char>(c); };
+  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                      [&](char x, char y) { return rank(x) < rank(y); });
+}
+
 std::string standardized(std::string_view path) {
   const bool absolute = path.starts_with('/');
   std::vector<std::string_view> kept;

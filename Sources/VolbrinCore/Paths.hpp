@@ -36,6 +36,10 @@ namespace volbrin {
 /// The last component without its extension.
 [[nodiscard]] std::string_view stem(std::string_view path);
 
+/// Whether `a` comes before `b` when a tree is read folder by folder, names in ascending order of
+/// their bytes and what a folder holds right behind it.
+[[nodiscard]] bool precedesInTree(std::string_view a, std::string_view b);
+
 /// `path` without "." and ".." components, doubled and trailing slashes; the disk is not asked, so
 /// a ".." behind a link leads where the text says. A relative path stays relative.
 [[nodiscard]] std::string standardized(std::string_view path);

@@ -29,15 +29,6 @@ const DriveInfo& ScanContext::startup() const {
   return drives.front();
 }
 
-const DriveInfo* ScanContext::driveOf(std::string_view path) const {
-  const DriveInfo* best = nullptr;
-  for (const auto& drive : drives) {
-    if (!isAtOrInside(path, drive.path)) continue;
-    if (best == nullptr || characterCount(drive.path) > characterCount(best->path)) best = &drive;
-  }
-  return best;
-}
-
 std::optional<std::string> ScanContext::openApp(const std::vector<std::string>& bundleIDs) const {
   for (const auto& bundleID : bundleIDs) {
     const std::string lower = lowercased(bundleID);

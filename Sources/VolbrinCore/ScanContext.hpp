@@ -13,6 +13,7 @@
 #include "OwnerResolver.hpp"
 #include "Paths.hpp"
 #include "SteamLibrary.hpp"
+#include "Survey.hpp"
 
 namespace volbrin {
 
@@ -48,12 +49,15 @@ struct ScanContext {
   std::vector<SteamLibrary> steam;  ///< unmounted ones included
   std::set<std::string> running;    ///< bundle identifiers of open apps
   ScanOptions options;
+  const Survey& survey;  ///< what this scan has seen of the trees it looks at
   PathSet claimed;  ///< every path that the catalog's places name, whether or not it was offered
 
   /// The startup drive, or else the first; a machine without any drive is a fatal fault.
   [[nodiscard]] const DriveInfo& startup() const;
   /// The drive that holds `path`: of all mounted at or above it the deepest. Null when none is.
-  [[nodiscard]] const DriveInfo* driveOf(std::string_view path) const;
+  [[nodiscard]] const DriveInfo* driveOf(std::string_view path) const {
+    return deepestDrive(drives, path);
+  }
   /// Whether a claimed path is `path`, lies above it or inside it.
   [[nodiscard]] bool isClaimed(std::string_view path) const { return claimed.touches(path); }
   /// The display name of the first of these that is running, case ignored; absent when none is.

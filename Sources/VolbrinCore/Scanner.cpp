@@ -2,26 +2,24 @@
 
 #include <algorithm>
 
-#include "CatalogPaths.hpp"
 #include "Files.hpp"
+#include "Finders/AppCaches.hpp"
+#include "Finders/Installers.hpp"
+#include "Finders/Leftovers.hpp"
+#include "Finders/Personal.hpp"
 #include "Finders/Places.hpp"
+#include "Finders/Simulators.hpp"
+#include "Finders/SplitInstalls.hpp"
+#include "Finders/StaleMounts.hpp"
+#include "Finders/Steam.hpp"
+#include "Finders/UnusedApps.hpp"
 #include "Paths.hpp"
 #include "PrivacyFence.hpp"
 #include "ScanGate.hpp"
-#include "Surroundings.hpp"
+#include "ScanScene.hpp"
 
 namespace volbrin {
 namespace {
-
-PathSet claimedPaths(const Catalog& catalog, const Mac& mac) {
-  PathSet claimed;
-  for (const auto& place : catalog.places) {
-    for (const auto& pattern : place.paths) {
-      for (auto& path : expand(pattern, mac)) claimed.insert(std::move(path));
-    }
-  }
-  return claimed;
-}
 
 PathGuard guardFor(const Catalog& catalog, const Mac& mac, const ScanOptions& options) {
   std::vector<PathGuard::Rule> extra;
@@ -54,6 +52,15 @@ const std::vector<Scanner::NamedFinder>& Scanner::finders() {
   static const auto list = [] {
     std::vector<NamedFinder> finders;
     finders.push_back({"places", std::make_unique<PlacesFinder>()});
+    finders.push_back({"steam", std::make_unique<SteamFinder>()});
+    finders.push_back({"simulators", std::make_unique<SimulatorsFinder>()});
+    finders.push_back({"split-installs", std::make_unique<SplitInstallsFinder>()});
+    finders.push_back({"leftovers", std::make_unique<LeftoversFinder>()});
+    finders.push_back({"app-caches", std::make_unique<AppCachesFinder>()});
+    finders.push_back({"installers", std::make_unique<InstallersFinder>()});
+    finders.push_back({"unused-apps", std::make_unique<UnusedAppsFinder>()});
+    finders.push_back({"stale-mounts", std::make_unique<StaleMountsFinder>()});
+    finders.push_back({"personal", std::make_unique<PersonalFinder>()});
     return finders;
   }();
   return list;
@@ -64,18 +71,8 @@ ScanReport Scanner::scan(const Mac& mac, const Catalog& catalog, const ScanOptio
                                                   : std::vector<std::string>();
   const FenceGuard fence(fenced);
 
-  const auto around = Surroundings::of(mac);
-  const OwnerResolver owners(around.apps, catalog, around.games(), mac);
-  auto claimed = claimedPaths(catalog, mac);
-  const ScanContext context{mac,
-                            catalog,
-                            around.drives,
-                            around.apps,
-                            owners,
-                            around.steam,
-                            mac.runningBundleIDs(),
-                            options,
-                            std::move(claimed)};
+  const ScanScene scene(mac, catalog, options);
+  const auto& context = scene.context();
 
   ScanReport report;
   report.scannedAt = options.now;

@@ -6,11 +6,13 @@
 namespace volbrin::cli {
 
 CommandFunction functionOf(std::string_view command) {
-  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 7> functions = {{
+  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 9> functions = {{
       {"status", status},
       {"scan", scan},
       {"plan", plan},
+      {"explain", explain},
       {"usage", usage},
+      {"compare", compare},
       {"apps", apps},
       {"owner", owner},
       {"catalog check", catalogCheck},

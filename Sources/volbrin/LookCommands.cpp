@@ -5,6 +5,9 @@
 #include "ByteText.hpp"
 #include "CatalogCheck.hpp"
 #include "Commands.hpp"
+#include "Compare.hpp"
+#include "Explain.hpp"
+#include "Files.hpp"
 #include "OwnerResolver.hpp"
 #include "Surroundings.hpp"
 
@@ -25,6 +28,40 @@ std::string usageLine(const std::string& path, const Usage& usage) {
                         usage.unreadable == 1 ? "entry" : "entries");
   }
   return line + "\n";
+}
+
+std::string line(std::string_view label, const std::optional<std::string>& text) {
+  return text ? fmt::format("  {:<16}{}\n", label, nameText(*text)) : "";
+}
+
+std::string explanationText(const Explanation& found, const Mac& mac) {
+  std::string text = nameText(mac.display(found.path)) + "\n";
+  text += line("Size:", byteText(found.bytes));
+  if (found.unreadable > 0) {
+    text += line("", fmt::format("at least: {} {} couldn't be read", found.unreadable,
+                                 found.unreadable == 1 ? "entry" : "entries"));
+  }
+  text += line("Drive:", found.drive);
+  text += line("Known as:", found.knownAs);
+  text += line("Owner:", found.owner);
+  text += line("Never touched:", found.neverTouch);
+  for (const auto& why : found.holdsNeverTouch) text += line("Never touched:", "in it: " + why);
+  if (found.throughLink) text += line("Link:", "it is reached through a link");
+  for (const auto& child : found.biggest) {
+    text += fmt::format("  {:>8}  {}\n", byteText(child.bytes), nameText(child.name));
+  }
+  for (const auto& path : found.notLookedInto) text += line("Not looked into:", path);
+  return text;
+}
+
+std::string diffText(const TreeDiff& diff) {
+  const auto files = fmt::format("{} {}", diff.files, diff.files == 1 ? "file" : "files");
+  const auto* compared = diff.checksummed ? "contents" : "sizes";
+  if (diff.identical()) return fmt::format("The same: {}, {} compared.\n", files, compared);
+  return fmt::format(
+      "Not the same ({}, {} compared):\n  {:>8} only in the first\n  {:>8} only in the second\n"
+      "  {:>8} in both and different\n",
+      files, compared, diff.onlyHere, diff.onlyThere, diff.differing);
 }
 
 OwnerResolver::Kind folderKind(const std::string& text) {
@@ -50,6 +87,35 @@ std::string verdictText(const std::string& folder, const OwnerResolver::Verdict&
 }
 
 }  // namespace
+
+ExitStatus explain(Session& session) {
+  const auto path = session.machinePath(*session.arguments().value("PATH"));
+  const auto found = Explainer::explain(path, session.mac(), session.catalog(), session.progress());
+  session.endProgress();
+  if (session.wantsJson()) {
+    session.output().json(toJson(found));
+  } else {
+    session.output().text(explanationText(found, session.mac()));
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus compare(Session& session) {
+  const auto a = session.machinePath(*session.arguments().value("A"));
+  const auto b = session.machinePath(*session.arguments().value("B"));
+  const auto by = session.arguments().has("--checksums") ? CompareBy::contents : CompareBy::size;
+  const auto diff = compareTrees(a, b, by, session.progress());
+  session.endProgress();
+  for (const auto& path : {a, b}) {
+    if (!exists(path)) printError(session.mac().display(path) + " isn't there");
+  }
+  if (session.wantsJson()) {
+    session.output().json(toJson(diff));
+  } else {
+    session.output().text(diffText(diff));
+  }
+  return diff.identical() ? ExitStatus::done : ExitStatus::problem;
+}
 
 ExitStatus usage(Session& session) {
   std::vector<std::string> paths;

@@ -58,7 +58,7 @@ class CommandLineTests : public testing::Test {
     machine_.fileOfSize("/Volumes/Ext/cache/file", 40'960);
     machine_.fileOfSize("~/.Trash/old", 4'096);
     machine_.app("/Applications/Photo Lab.app", "com.maker.photolab");
-    auto catalog = emptyCatalog();
+    auto catalog = catalogOfPlaces();
     catalog.places = {placeAt("tool", {"~/Library/Caches/tool"}),
                       placeAt("ext", {"/Volumes/Ext/cache"})};
     folder_.file("rules.json", jsonText(toJson(catalog)));

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <limits>
+
 namespace volbrin::test {
 
 Machine::Machine() {
@@ -48,6 +50,19 @@ std::string Machine::app(std::string_view written, std::string_view bundleID,
 void Machine::setFixture(std::string_view json) const { root_.file(Fixture::fileName, json); }
 
 Catalog emptyCatalog() { return Catalog{}; }
+
+Catalog catalogOfPlaces() {
+  constexpr ByteCount tooMuch = std::numeric_limits<ByteCount>::max();
+  Catalog catalog;
+  auto& limits = catalog.thresholds;
+  for (auto* limit :
+       {&limits.leftover, &limits.unknownLeftover, &limits.appCaches, &limits.appCacheEach,
+        &limits.splitInstall, &limits.workshop, &limits.installerBytes, &limits.unusedAppBytes,
+        &limits.personalFolder, &limits.staleMount}) {
+    *limit = tooMuch;
+  }
+  return catalog;
+}
 
 Catalog::Place placeAt(std::string id, std::vector<std::string> paths) {
   Catalog::Place place;

@@ -39,6 +39,9 @@ class Machine {
 /// A catalog that knows nothing, all of its thresholds 0.
 [[nodiscard]] Catalog emptyCatalog();
 
+/// A catalog that knows nothing, and whose thresholds let nothing count but its places.
+[[nodiscard]] Catalog catalogOfPlaces();
+
 /// A place of tier `rebuilds` with the action `delete`, its words filled in from `id`.
 [[nodiscard]] Catalog::Place placeAt(std::string id, std::vector<std::string> paths);
 

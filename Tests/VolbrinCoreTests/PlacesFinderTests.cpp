@@ -5,9 +5,7 @@
 
 #include <filesystem>
 
-#include "Machine.hpp"
-#include "OwnerResolver.hpp"
-#include "Surroundings.hpp"
+#include "FinderTest.hpp"
 
 namespace volbrin::test {
 namespace {
@@ -16,17 +14,9 @@ using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::IsEmpty;
 
-class PlacesFinderTest : public ::testing::Test {
+class PlacesFinderTest : public FinderTest {
  protected:
-  FinderResult find() const {
-    const auto mac = machine_.mac();
-    const auto around = Surroundings::of(mac);
-    const OwnerResolver owners(around.apps, catalog_, around.games(), mac);
-    const ScanContext context{mac,    catalog_,     around.drives,          around.apps,
-                              owners, around.steam, mac.runningBundleIDs(), options_,
-                              {}};
-    return PlacesFinder().find(context);
-  }
+  FinderResult find() const { return FinderTest::find(PlacesFinder()); }
 
   /// The first finding; raises an error when there is none.
   Finding findOne() const { return find().findings.at(0); }
@@ -37,10 +27,6 @@ class PlacesFinderTest : public ::testing::Test {
     catalog_.places = {placeAt("place", {"~/place"})};
     return catalog_.places.front();
   }
-
-  Machine machine_;
-  Catalog catalog_;
-  ScanOptions options_;
 };
 
 TEST_F(PlacesFinderTest, MakesAFindingOfAPlaceAndOfAllItsPaths) {

@@ -55,7 +55,7 @@ void look(const Catalog::Place& place, const ScanContext& context, FinderResult&
 
   ByteCount bytes = 0;
   bool isWhole = true;
-  for (const auto& [path, usage] : context.mac.usageOf(found, context.options.observer)) {
+  for (const auto& [path, usage] : context.survey.usageOf(found)) {
     bytes = addBytes(bytes, usage.bytes, "the bytes of a place");
     isWhole = isWhole && usage.unreadable == 0;
   }

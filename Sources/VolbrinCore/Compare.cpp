@@ -1,0 +1,154 @@
+#include "Compare.hpp"
+
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "DirectoryReader.hpp"
+#include "FileStream.hpp"
+#include "Files.hpp"
+#include "Parallel.hpp"
+#include "TreeWalk.hpp"
+
+namespace volbrin {
+namespace {
+
+/// Two pieces of this size and what they are compared with stay in a core's second-level cache.
+constexpr std::size_t pieceBytes = 131'072;
+
+class SizeVisitor final : public TreeVisitor {
+ public:
+  Onward visit(const WalkEntry& entry) override {
+    if (entry.folder == nullptr) return Onward::into;
+    // By that name a folder counts too, and with it what is in it.
+    if (entry.stat.kind != EntryKind::file || entry.name == ".DS_Store") return Onward::into;
+    auto path = entry.folder->relativePath();
+    if (!path.empty()) path += '/';
+    path += entry.name;
+    found.emplace_back(std::move(path), entry.stat.size);
+    return Onward::into;
+  }
+  void unreadable(std::size_t /*root*/, const EntryStat* /*closed*/) override {}
+
+  std::vector<std::pair<std::string, ByteCount>> found;
+};
+
+/// Whether two streams deliver the same bytes; of two that aren't open nothing can be told apart.
+/// Equal streams are what equal digests would stand for, proved without them.
+bool deliverTheSame(FileStream a, FileStream b) {
+  if (!a.isOpen() || !b.isOpen()) return a.isOpen() == b.isOpen();
+  thread_local const auto buffer = std::make_unique<std::byte[]>(2 * pieceBytes);
+  const std::span<std::byte> pieceOfA(buffer.get(), pieceBytes);
+  const std::span<std::byte> pieceOfB(buffer.get() + pieceBytes, pieceBytes);
+  while (true) {
+    const std::size_t count = a.fill(pieceOfA);
+    if (b.fill(pieceOfB) != count) return false;
+    if (std::memcmp(pieceOfA.data(), pieceOfB.data(), count) != 0) return false;
+    if (count < pieceBytes) return true;
+  }
+}
+
+TreeDiff compareFiles(const std::string& a, const std::string& b, CompareBy by) {
+  TreeDiff diff;
+  diff.files = 1;
+  diff.checksummed = by == CompareBy::contents;
+  const bool isSame = sizeOf(a) == sizeOf(b) &&
+                      (by == CompareBy::size || deliverTheSame(FileStream(a), FileStream(b)));
+  diff.differing = isSame ? 0 : 1;
+  return diff;
+}
+
+/// A file that stands in both trees with one size.
+struct Pair {
+  const std::string* path;
+  ByteCount size;
+};
+
+std::int64_t countDiffering(const std::string& a, const std::string& b, std::vector<Pair> pairs,
+                            MeasureObserver* observer) {
+  // The biggest first, so that no thread is left with one at the end.
+  std::sort(pairs.begin(), pairs.end(), [](const Pair& x, const Pair& y) {
+    return x.size != y.size ? x.size > y.size : *x.path < *y.path;
+  });
+  const Descriptor folderOfA = openFolder(a + "/.");
+  const Descriptor folderOfB = openFolder(b + "/.");
+  const auto same = parallelMap(pairs, [&](const Pair& pair) {
+    const bool isSame =
+        deliverTheSame(FileStream(folderOfA, *pair.path), FileStream(folderOfB, *pair.path));
+    if (observer != nullptr) observer->measured(pair.size);
+    return isSame;
+  });
+  return std::count(same.begin(), same.end(), false);
+}
+
+}  // namespace
+
+std::unordered_map<std::string, ByteCount> fileSizesUnder(const std::string& root) {
+  std::deque<SizeVisitor> lanes;
+  walkTrees({root}, {.rootLinks = WalkOptions::RootLinks::follow},
+            [&]() -> TreeVisitor& { return lanes.emplace_back(); });
+  std::size_t count = 0;
+  for (const auto& lane : lanes) count += lane.found.size();
+  std::unordered_map<std::string, ByteCount> sizes;
+  sizes.reserve(count);
+  for (auto& lane : lanes) {
+    for (auto& [path, size] : lane.found) sizes.emplace(std::move(path), size);
+  }
+  return sizes;
+}
+
+TreeDiff compareTrees(const std::string& a, const std::string& b, CompareBy by,
+                      MeasureObserver* observer) {
+  if (!isDirectory(a) || !isDirectory(b)) return compareFiles(a, b, by);
+  const auto here = fileSizesUnder(a);
+  const auto there = fileSizesUnder(b);
+  TreeDiff diff;
+  diff.files = static_cast<std::int64_t>(here.size());
+  diff.checksummed = by == CompareBy::contents;
+  std::vector<Pair> sameSize;
+  for (const auto& [path, size] : here) {
+    const auto other = there.find(path);
+    if (other == there.end()) {
+      ++diff.onlyHere;
+    } else if (other->second != size) {
+      ++diff.differing;
+    } else {
+      sameSize.push_back({&path, size});
+    }
+  }
+  const auto inBoth = diff.files - diff.onlyHere;
+  diff.onlyThere = static_cast<std::int64_t>(there.size()) - inBoth;
+  if (by == CompareBy::contents) {
+    diff.differing += countDiffering(a, b, std::move(sameSize), observer);
+  }
+  return diff;
+}
+
+std::optional<std::string> sha256Of(const std::string& path) {
+  FileStream file(path);
+  if (!file.isOpen()) return std::nullopt;
+  const std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX*)> state(EVP_MD_CTX_new(), EVP_MD_CTX_free);
+  EVP_DigestInit_ex(state.get(), EVP_sha256(), nullptr);
+  thread_local const auto buffer = std::make_unique<std::byte[]>(pieceBytes);
+  std::size_t count = pieceBytes;
+  while (count == pieceBytes) {
+    count = file.fill({buffer.get(), pieceBytes});
+    EVP_DigestUpdate(state.get(), buffer.get(), count);
+  }
+  std::array<unsigned char, 32> digest{};
+  EVP_DigestFinal_ex(state.get(), digest.data(), nullptr);
+  constexpr const char* digits = "0123456789abcdef";
+  std::string text;
+  for (const unsigned char byte : digest) {
+    text += digits[byte >> 4];
+    text += digits[byte & 15];
+  }
+  return text;
+}
+
+}  // namespace volbrin

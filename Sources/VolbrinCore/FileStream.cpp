@@ -1,0 +1,48 @@
+#include "FileStream.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "DirectoryReader.hpp"
+#include "PrivacyFence.hpp"
+
+namespace volbrin {
+namespace {
+
+Descriptor openWhole(const std::string& path) {
+  if (PrivacyFence::shared().blocks(path) || path.find('\0') != std::string::npos) return {};
+  // O_NONBLOCK: a pipe planted under the file's name must not hold the open up.
+  return Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
+
+}  // namespace
+
+FileStream::FileStream(const std::string& path) : FileStream(openWhole(path)) {}
+
+FileStream::FileStream(const Descriptor& folder, const std::string& relative)
+    : FileStream(openFileBelow(folder, relative)) {}
+
+FileStream::FileStream(Descriptor file) {
+  struct stat status {};
+  if (file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+    file_ = std::move(file);
+  }
+}
+
+std::size_t FileStream::fill(std::span<std::byte> piece) {
+  std::size_t filled = 0;
+  while (filled < piece.size()) {
+    const auto count =
+        ::read(file_.get(), piece.data() + filled, std::min(piece.size() - filled, mostPerRead));
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) break;
+    filled += static_cast<std::size_t>(count);
+  }
+  return filled;
+}
+
+}  // namespace volbrin

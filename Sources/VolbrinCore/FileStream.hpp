@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "Descriptor.hpp"
+
+namespace volbrin {
+
+/// A regular file that is read from its beginning to its end, once.
+class FileStream {
+ public:
+  /// The most that one read takes, in bytes.
+  static constexpr std::size_t mostPerRead = 1'048'576;
+
+  /// The file at `path`, links followed. What is blocked, no regular file or not to be opened gives
+  /// a stream that isn't open.
+  explicit FileStream(const std::string& path);
+  /// The file at `relative` below an open folder, links refused.
+  FileStream(const Descriptor& folder, const std::string& relative);
+
+  [[nodiscard]] bool isOpen() const { return static_cast<bool>(file_); }
+
+  /// Fills `piece` from where the last read ended; returns how much of it is filled, less than all
+  /// only at the end. A failed read ends the file.
+  [[nodiscard]] std::size_t fill(std::span<std::byte> piece);
+
+ private:
+  explicit FileStream(Descriptor file);
+
+  Descriptor file_;
+};
+
+}  // namespace volbrin
