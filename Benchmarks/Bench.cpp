@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "Machines.hpp"
 #include "Peers.hpp"
 #include "Trees.hpp"
 
-/// Measures `volbrin usage` beside the programs that people would use for it, on trees made for it,
-/// all in one run and in turn, warm. Prints medians and ratios.
+/// Measures the tool beside the programs that people would use for the same work, on trees made for
+/// it, all in one run and in turn, warm. Prints medians and ratios.
 namespace {
 
 namespace fs = std::filesystem;
@@ -24,16 +25,13 @@ struct Options {
   std::string floor;    ///< the plain loop
   std::size_t files = 400'000;
   std::size_t runs = 7;
+  std::string only;  ///< the one work that is measured; empty for all
 };
 
-struct Tree {
-  std::string name;
-  std::string path;
-};
-
+/// One work, and who is measured at it.
 struct Contender {
   std::string name;
-  std::vector<std::string> command;  ///< the path is put behind it
+  std::vector<std::string> command;
 };
 
 std::size_t number(std::string_view text) {
@@ -56,52 +54,51 @@ Options parse(const std::vector<std::string>& words) {
       options.files = number(words[++i]);
     } else if (words[i] == "--runs" && hasValue) {
       options.runs = number(words[++i]);
+    } else if (words[i] == "--only" && hasValue) {
+      options.only = words[++i];
     } else if (options.folder.empty() && !words[i].starts_with('-')) {
       options.folder = words[i];
     } else {
-      throw std::invalid_argument("usage: volbrin-bench [--files N] [--runs N] FOLDER");
+      throw std::invalid_argument(
+          "usage: volbrin-bench [--files N] [--runs N] [--only WORK] FOLDER");
     }
   }
   if (options.folder.empty()) throw std::invalid_argument("name a folder for the trees");
   return options;
 }
 
-/// A tree is made once for its size; what a cut-off run left is made anew.
-Tree prepare(const Options& options, const std::string& name,
-             const std::function<void(const std::string&)>& make) {
-  const fs::path path = fs::path(options.folder) / fmt::format("{}-{}", name, options.files);
+/// A tree is made once; what a cut-off run left is made anew. Returns its path.
+std::string prepare(const Options& options, const std::string& name,
+                    const std::function<void(const std::string&)>& make) {
+  const fs::path path = fs::path(options.folder) / name;
   const fs::path finished = path.string() + ".made";
   if (!fs::exists(finished)) {
-    fmt::print(stderr, "making the {} tree in {}\n", name, path.string());
+    fmt::print(stderr, "making {}\n", path.string());
     fs::create_directories(options.folder);
     fs::remove_all(path);
     make(path.string());
     std::fclose(std::fopen(finished.c_str(), "w"));
   }
-  return {name, path.string()};
+  return path.string();
 }
 
-std::vector<Contender> contenders(const Options& options) {
-  std::vector<Contender> all = {{"volbrin usage", {options.program, "--quiet", "usage"}},
-                                {"plain loop", {options.floor}}};
-  for (const auto& peer : {Contender{"du -s", {"du", "-s"}}, Contender{"gdu -npc", {"gdu", "-npc"}},
-                           Contender{"ncdu -0", {"ncdu", "-0", "-o", "/dev/null"}}}) {
-    if (isInstalled(peer.command.front())) {
-      all.push_back(peer);
-    } else {
-      fmt::print(stderr, "{} is not installed and is left out\n", peer.command.front());
-    }
-  }
+/// Those of `all` that are installed here.
+std::vector<Contender> installed(std::vector<Contender> all) {
+  std::erase_if(all, [](const Contender& peer) {
+    const auto& program = peer.command.front();
+    if (program.starts_with('/') || isInstalled(program)) return false;
+    fmt::print(stderr, "{} is not installed and is left out\n", program);
+    return true;
+  });
   return all;
 }
 
-void measure(const Tree& tree, const std::vector<Contender>& all, std::size_t runs) {
+/// Prints a line of the table for each contender; ratios are to the first.
+void measure(const std::string& work, const std::vector<Contender>& all, std::size_t runs) {
   std::vector<std::vector<Cost>> costs(all.size());
   for (std::size_t round = 0; round <= runs; ++round) {
     for (std::size_t i = 0; i < all.size(); ++i) {
-      auto command = all[i].command;
-      command.push_back(tree.path);
-      const Cost cost = run(command);
+      const Cost cost = run(all[i].command);
       if (round > 0) costs[i].push_back(cost);  // The first round warms the cache.
     }
   }
@@ -118,23 +115,74 @@ void measure(const Tree& tree, const std::vector<Contender>& all, std::size_t ru
     fmt::print(
         "| {} | {} | {:.0f} ms ({:.0f} to {:.0f}) | {:.0f} + {:.0f} ms | {:.1f} MB | {:.2f} "
         "| {:.2f} |{}\n",
-        tree.name, all[i].name, cost.seconds * 1000, fastest * 1000, slowest * 1000,
+        work, all[i].name, cost.seconds * 1000, fastest * 1000, slowest * 1000,
         cost.userSeconds * 1000, cost.systemSeconds * 1000, cost.peakMegabytes,
         cost.seconds / own.seconds, processor / (own.userSeconds + own.systemSeconds),
         cost.succeeded ? "" : " failed");
   }
 }
 
+void measureUsage(const Options& options, const std::string& name, const std::string& tree) {
+  measure("usage, " + name,
+          installed({{"volbrin usage", {options.program, "--quiet", "usage", tree}},
+                     {"plain loop", {options.floor, tree}},
+                     {"du -s", {"du", "-s", tree}},
+                     {"gdu -npc", {"gdu", "-npc", tree}},
+                     {"ncdu -0", {"ncdu", "-0", "-o", "/dev/null", tree}}}),
+          options.runs);
+}
+
+void measureUsages(const Options& options) {
+  const auto named = [&](const char* tree) { return fmt::format("{}-{}", tree, options.files); };
+  measureUsage(options, "deep", prepare(options, named("deep"), [&](const auto& path) {
+                 makeDeepTree(path, options.files / 4095);
+               }));
+  measureUsage(options, "home", prepare(options, named("home"), [&](const auto& path) {
+                 makeHomeTree(path, options.files);
+               }));
+  measureUsage(options, "wide", prepare(options, named("wide"), [&](const auto& path) {
+                 makeWideTree(path, options.files / 20);
+               }));
+}
+
+void measureScan(const Options& options) {
+  const std::size_t files = options.files * 3 / 4;
+  const auto root = prepare(options, fmt::format("machine-{}", files),
+                            [&](const auto& path) { makeHomeMachine(path, files); });
+  measure("scan",
+          {{"volbrin scan", {options.program, "--quiet", "--machine", root, "scan"}},
+           {"volbrin usage ~", {options.program, "--quiet", "--machine", root, "usage", "~"}}},
+          options.runs);
+}
+
+void measureCompare(const Options& options, const std::string& name, std::size_t count,
+                    std::size_t bytes) {
+  const auto make = [&](const auto& path) { makeFileTree(path, count, bytes); };
+  const auto a = prepare(options, name + "-a", make);
+  const auto b = prepare(options, name + "-b", make);
+  measure("compare, " + name,
+          installed({{"volbrin compare --checksums",
+                      {options.program, "--quiet", "compare", "--checksums", a, b}},
+                     {"diff -rq", {"diff", "-rq", a, b}},
+                     {"rclone check --download", {"rclone", "check", "--download", a, b}},
+                     {"rsync -rcn", {"rsync", "-rcn", "--delete", a + "/", b + "/"}}}),
+          options.runs);
+}
+
 void runAll(const Options& options) {
-  const std::vector<Tree> trees = {
-      prepare(options, "deep", [&](const auto& path) { makeDeepTree(path, options.files / 4095); }),
-      prepare(options, "home", [&](const auto& path) { makeHomeTree(path, options.files); }),
-      prepare(options, "wide", [&](const auto& path) { makeWideTree(path, options.files / 20); })};
-  const auto all = contenders(options);
+  const std::vector<std::pair<std::string, std::function<void()>>> works = {
+      {"usage", [&] { measureUsages(options); }},
+      {"scan", [&] { measureScan(options); }},
+      {"compare", [&] {
+         measureCompare(options, "four big files", 4, 1'073'741'824);
+         measureCompare(options, "20,000 small files", 20'000, 214'748);
+       }}};
   fmt::print(
-      "| tree | program | time (spread) | processor: user + system | peak memory | time / "
+      "| work | program | time (spread) | processor: user + system | peak memory | time / "
       "volbrin's | processor / volbrin's |\n|---|---|---|---|---|---|---|\n");
-  for (const auto& tree : trees) measure(tree, all, options.runs);
+  for (const auto& [name, work] : works) {
+    if (options.only.empty() || options.only == name) work();
+  }
 }
 
 }  // namespace

@@ -9,30 +9,15 @@
 #include <cerrno>
 #include <cstdint>
 #include <system_error>
+#include <vector>
 
-#include "../Sources/VolbrinCore/Descriptor.hpp"
+#include "TreeFiles.hpp"
 
 namespace volbrin::bench {
 namespace {
 
 void check(bool good, const std::string& what) {
   if (!good) throw std::system_error(errno, std::generic_category(), what);
-}
-
-Descriptor makeFolder(int parent, const std::string& name) {
-  check(::mkdirat(parent, name.c_str(), 0755) == 0 || errno == EEXIST, name);
-  Descriptor folder(::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  check(static_cast<bool>(folder), name);
-  return folder;
-}
-
-void makeFile(const Descriptor& folder, const std::string& name, std::size_t bytes) {
-  static const std::string contents(65536, 'x');
-  const Descriptor file(
-      ::openat(folder.get(), name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-  check(static_cast<bool>(file), name);
-  const auto count = std::min(bytes, contents.size());
-  check(count == 0 || ::write(file.get(), contents.data(), count) >= 0, name);
 }
 
 void makeFiles(const Descriptor& folder, std::size_t count) {
@@ -46,21 +31,6 @@ void makeLevel(const Descriptor& folder, std::size_t levelsBelow, std::size_t fi
     makeLevel(makeFolder(folder.get(), name), levelsBelow - 1, filesPerFolder);
   }
 }
-
-/// A fixed sequence of numbers (SplitMix64): the tree is the same at every run.
-class Sequence {
- public:
-  std::uint64_t below(std::uint64_t limit) {
-    state_ += 0x9E3779B97F4A7C15U;
-    std::uint64_t x = state_;
-    x = (x ^ (x >> 30U)) * 0xBF58476D1CE4E5B9U;
-    x = (x ^ (x >> 27U)) * 0x94D049BB133111EBU;
-    return (x ^ (x >> 31U)) % limit;
-  }
-
- private:
-  std::uint64_t state_ = 1;
-};
 
 void makeHomeFile(const Descriptor& folder, const std::string& name, Sequence& random) {
   const auto kind = random.below(200);
@@ -108,6 +78,27 @@ void makeHomeTree(const std::string& root, std::size_t files) {
       for (std::uint64_t i = 0; i < count; ++i, ++made) {
         makeHomeFile(random.below(2) == 0 ? inner : deep, fmt::format("item {:04}.js", i), random);
       }
+    }
+  }
+}
+
+void makeFileTree(const std::string& root, std::size_t count, std::size_t bytes) {
+  constexpr std::size_t wordsPerPiece = 131072;
+  Sequence random;
+  const Descriptor top = makeFolder(AT_FDCWD, root);
+  std::vector<std::uint64_t> piece(std::min(wordsPerPiece, bytes / sizeof(std::uint64_t) + 1));
+  for (std::size_t i = 0; i < count; ++i) {
+    const Descriptor folder = makeFolder(top.get(), fmt::format("folder-{:04}", i / 100));
+    const auto name = fmt::format("file-{:05}.bin", i);
+    const Descriptor file(
+        ::openat(folder.get(), name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    check(static_cast<bool>(file), name);
+    for (std::size_t left = bytes; left > 0;) {
+      for (auto& word : piece) word = random.next();
+      const auto wanted = std::min(left, piece.size() * sizeof(std::uint64_t));
+      const auto written = ::write(file.get(), piece.data(), wanted);
+      check(written > 0, name);
+      left -= static_cast<std::size_t>(written);
     }
   }
 }

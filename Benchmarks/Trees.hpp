@@ -17,6 +17,10 @@ void makeWideTree(const std::string& root, std::size_t filesPerFolder);
 /// links, links and sparse files; about `files` files.
 void makeHomeTree(const std::string& root, std::size_t files);
 
+/// `count` files of `bytes` bytes each, no two alike, in folders of a hundred:
+/// two trees of the same figures are the same.
+void makeFileTree(const std::string& root, std::size_t count, std::size_t bytes);
+
 /// One chain of `levels` folders with a file at the bottom, beside each folder an empty one.
 void makeDeepChain(const std::string& root, std::size_t levels);
 
