@@ -37,9 +37,11 @@ void addOption(CLI::App& app, const Option& option, std::deque<Slot>& slots) {
 
 void addPositional(CLI::App& app, const Positional& positional, std::deque<Slot>& slots) {
   Slot& slot = slots.emplace_back(Slot{std::string(positional.name), {}, false});
-  auto* added = app.add_option(std::string(positional.name), slot.values);
+  auto* added = app.add_option(std::string(positional.name), slot.values)->type_size(1);
   added->expected(positional.isRequired ? 1 : 0, positional.isRepeatable ? 1 << 20 : 1);
   if (positional.isRequired) added->required();
+  // Or it would take what the next one is for.
+  if (positional.isRequired && !positional.isRepeatable) added->allow_extra_args(false);
 }
 
 /// The parser of the command `word` below `parent`, made at its first mention.

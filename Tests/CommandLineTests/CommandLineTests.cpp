@@ -26,6 +26,10 @@ TEST_F(CommandLineTests, PrintsTheTextOfEachCommand) {
        "[tool]\n           Reason of tool.\n"},
       {{"plan"}, "Disk: 40 GB free, goal 50 GB (50 GB)\n", "✓"},
       {{"usage", "~/Library/Caches"}, " ", " GB  ~/Library/Caches\n"},
+      {{"explain", "~/Library/Caches/tool"},
+       "~/Library/Caches/tool\n  Size: ",
+       "  Known as:       Title of tool [tool]\n"},
+      {{"compare", "~/.Trash", "~/.Trash", "--checksums"}, "The same: 1 file, contents", "."},
       {{"apps"}, "Photo Lab  (com.maker.photolab)\n", "/Applications/Photo Lab.app\n"},
       {{"catalog", "check"}, "The rules are sound.\n", ""}};
   for (const auto& [words, beginning, part] : cases) {
@@ -102,6 +106,10 @@ TEST_F(CommandLineTests, EndsWithTheStatusOfTheFault) {
 }
 
 TEST_F(CommandLineTests, TellsProblemsFromFaults) {
+  const auto differing = onMachine({"compare", "--json", "~/.Trash", "/Volumes/Ext/cache"});
+  EXPECT_EQ(differing.status, 1);
+  EXPECT_EQ(differing.out,
+            "{\"files\":1,\"onlyHere\":1,\"onlyThere\":1,\"differing\":0,\"checksummed\":false}\n");
   const auto bad = folder_.file("bad.json", R"({"version":"1"})");
   const auto checked = run({"catalog", "check", bad, "--json"});
   EXPECT_EQ(checked.status, 1);

@@ -1,0 +1,153 @@
+#include "Compare.hpp"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "Parallel.hpp"
+#include "Platform/Linux/ChildProcess.hpp"
+#include "PrivacyFence.hpp"
+#include "TemporaryFolder.hpp"
+
+namespace volbrin::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+class CompareTests : public testing::Test {
+ protected:
+  ~CompareTests() override { HelperThread::setWidth(0); }
+
+  TreeDiff compared(CompareBy by) const {
+    return compareTrees(folder_.at("a"), folder_.at("b"), by);
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(CompareTests, TellsTreesApart) {
+  const std::string big(3'000'000, 'x');
+  std::string bigger = big + "y", other = big;
+  other[2'999'999] = 'y';
+  struct Case {
+    const char* name;
+    std::function<void(const TemporaryFolder&)> make;  ///< beside two folders and their "same"
+    TreeDiff bySize, byContents;
+  };
+  const std::vector<Case> cases = {
+      {"nothing", [](const auto&) {}, {1, 0, 0, 0, false}, {1, 0, 0, 0, true}},
+      {"what doesn't count",
+       [](const auto& at) {
+         at.file("a/.DS_Store", "1");
+         at.file("b/deep/.DS_Store", "22");
+         at.folder("a/empty");
+         at.link("b/link", "same");
+         at.link("a/folder", "/usr");
+         ::mkfifo(at.at("b/pipe").c_str(), 0600);
+       },
+       {1, 0, 0, 0, false},
+       {1, 0, 0, 0, true}},
+      {"one side only",
+       [](const auto& at) {
+         at.file("a/x\n/\xFF", "1");
+         at.file("b/.hidden");
+         at.file("b/.DS_Store/in");
+       },
+       {2, 1, 2, 0, false},
+       {2, 1, 2, 0, true}},
+      {"a file and a link to one",
+       [](const auto& at) {
+         at.file("a/f", "same");
+         at.link("b/f", "same");
+       },
+       {2, 1, 0, 0, false},
+       {2, 1, 0, 0, true}},
+      {"size, and contents",
+       [&](const auto& at) {
+         at.file("a/1", big), at.file("b/1", bigger);
+         at.file("a/2", big), at.file("b/2", other);
+         at.file("a/3", "ab"), at.file("b/3", "ac");
+         at.file("a/d/4", big), at.file("b/d/4", big);
+         at.file("a/5"), at.file("b/5");
+       },
+       {6, 0, 0, 1, false},
+       {6, 0, 0, 3, true}}};
+  for (const auto& [name, make, bySize, byContents] : cases) {
+    for (const char* side : {"a", "b"}) {
+      fs::remove_all(folder_.at(side));
+      folder_.file(std::string(side) + "/same", "same");
+    }
+    make(folder_);
+    for (const std::size_t width : {1U, 3U}) {
+      HelperThread::setWidth(width);
+      EXPECT_EQ(compared(CompareBy::size), bySize) << name;
+      EXPECT_EQ(compared(CompareBy::contents), byContents) << name;
+    }
+  }
+}
+
+TEST_F(CompareTests, ComparesAnythingElseAsSingleFiles) {
+  folder_.file("one", "12"), folder_.file("two", "12"), folder_.file("three", "13");
+  folder_.file("long", "123"), folder_.folder("folder");
+  folder_.link("to folder", "folder"), folder_.file("folder/in", "1");
+  struct Case {
+    const char *a, *b;
+    std::int64_t bySize, byContents;
+  };
+  for (const auto& [a, b, bySize, byContents] :
+       {Case{"one", "two", 0, 0}, Case{"one", "three", 0, 1}, Case{"one", "long", 1, 1},
+        Case{"none", "nowhere", 0, 0}, Case{"one", "none", 1, 1}, Case{"none", "one", 1, 1},
+        Case{"one", "folder", 1, 1}, Case{"folder", "none", 1, 1}}) {
+    for (const auto by : {CompareBy::size, CompareBy::contents}) {
+      const auto wanted = by == CompareBy::size ? bySize : byContents;
+      EXPECT_EQ(compareTrees(folder_.at(a), folder_.at(b), by),
+                (TreeDiff{1, 0, 0, wanted, by == CompareBy::contents}))
+          << a << ", " << b;
+    }
+  }
+  const auto behind = compareTrees(folder_.at("to folder"), folder_.at("folder"), CompareBy::size);
+  EXPECT_EQ(behind, (TreeDiff{1, 0, 0, 0, false}));
+}
+
+TEST_F(CompareTests, ReadsNothingThatIsFenced) {
+  folder_.file("a/in", "1"), folder_.folder("b"), folder_.file("c/in", "1");
+  const FenceGuard fence({folder_.at("a"), folder_.at("c")});
+  EXPECT_EQ(compared(CompareBy::contents), (TreeDiff{0, 0, 0, 0, true}));
+  EXPECT_EQ(fileSizesUnder(folder_.at("a")).size(), 0U);
+  EXPECT_EQ(sha256Of(folder_.at("a/in")), std::nullopt);
+}
+
+TEST_F(CompareTests, ReachesFilesAtAnyDepth) {
+  for (const char* side : {"a", "b"}) {
+    folder_.file("tree/file", side);
+    for (int depth = 0; depth < 30; ++depth) {  // from the inside out: too deep for whole paths
+      const auto above = folder_.folder("above");
+      fs::rename(folder_.at("tree"), above + "/" + std::string(240, 'd'));
+      fs::rename(above, folder_.at("tree"));
+    }
+    fs::rename(folder_.at("tree"), folder_.at(side));
+  }
+  EXPECT_EQ(compared(CompareBy::size), (TreeDiff{1, 0, 0, 0, false}));
+  EXPECT_EQ(compared(CompareBy::contents), (TreeDiff{1, 0, 0, 1, true}));
+}
+
+TEST_F(CompareTests, MakesDigests) {
+  EXPECT_EQ(sha256Of(folder_.file("empty")),
+            "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+  EXPECT_EQ(sha256Of(folder_.file("abc", "abc")),
+            "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");  // FIPS 180-4
+  EXPECT_EQ(sha256Of(folder_.file("a million", std::string(1'000'000, 'a'))),
+            "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+  EXPECT_EQ(sha256Of(folder_.at("none")), std::nullopt);
+  EXPECT_EQ(sha256Of(folder_.path()), std::nullopt);
+  EXPECT_THAT(fileSizesUnder(folder_.path()),
+              UnorderedElementsAre(Pair("empty", 0), Pair("abc", 3), Pair("a million", 1'000'000)));
+}
+
+}  // namespace
+}  // namespace volbrin::test
