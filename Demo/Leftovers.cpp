@@ -66,7 +66,7 @@ constexpr auto installed = std::to_array<Pile>({
     {"~/Library/Application Support/CrashReporter", "{w}-{i}.plist", 4, 30, 3, 300},
     // Its app now lives on the drive.
     {"~/Library/Application Support/Plex Media Server/Metadata", "{b4}/{h16}.jpg", 30, 900, 8, 500},
-    {"~/Library/Application Support/Plex Media Server/Cache", "Transcode/{w}-{h8}.ts", 12, 1500, 8,
+    {"~/Library/Application Support/Plex Media Server/Media", "localhost/{w}-{h8}.ts", 12, 1500, 8,
      60},
 });
 

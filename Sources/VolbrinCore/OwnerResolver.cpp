@@ -21,6 +21,17 @@ bool isTeamID(std::string_view text) {
          });
 }
 
+/// The form of a container of an app made for iPhone or iPad: a UUID (RFC 4122) and no identifier,
+/// so its name tells nothing of the owner.
+bool isUuid(std::string_view text) {
+  constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+  return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char c, char wanted) {
+    return wanted == '-'
+               ? c == '-'
+               : std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos;
+  });
+}
+
 const InstalledApp* byIDOrPrefix(const AppIndex& apps, std::string_view bundleID) {
   const auto* app = apps.appByBundleID(bundleID);
   return app != nullptr ? app : apps.appByBundlePrefix(bundleID);
@@ -59,7 +70,7 @@ Verdict OwnerResolver::resolve(std::string_view name, Kind kind) const {
   if (auto known = fromCatalog(name)) return *known;
   switch (kind) {
     case Kind::container:
-      return bundleVerdict(name);
+      return isUuid(name) ? Verdict{} : bundleVerdict(name);
     case Kind::groupContainer:
       return groupVerdict(name);
     case Kind::supportFolder:

@@ -1,7 +1,14 @@
 #include "CommandLineTests.hpp"
 
 #include <gmock/gmock.h>
+#include <sys/inotify.h>
 
+#include <cstring>
+#include <filesystem>
+#include <set>
+
+#include "Descriptor.hpp"
+#include "PrivacyFence.hpp"
 #include "Text.hpp"
 
 namespace volbrin::test {
@@ -143,18 +150,84 @@ TEST_F(CommandLineTests, ColorsTerminals) {
       "Nothing tells whose a?[2J? is.\n");
 }
 
-TEST_F(CommandLineTests, ScansTheDemoMachine) {
-  const auto demo = folder_.at("demo");
-  const int made = runInto(::open(folder_.at("out").c_str(), O_WRONLY | O_CREAT, 0600),
-                           folder_.at("err"), {VOLBRIN_DEMO, "--now", "2026-03-01", demo}, {});
-  ASSERT_EQ(made, 0) << readFile(folder_.at("err"));
-  const auto scan = run({"scan", "--machine", demo, "--now", "2026-03-01", "--json"});
-  const auto report = fromJson<ScanReport>(parseJson(scan.out, "scan"), "scan");
-  ASSERT_FALSE(report.findings.empty());
+/// Hears of every file and folder that is opened in a tree.
+class OpenWatch {
+ public:
+  void add(const std::string& path) const {
+    constexpr unsigned mask = IN_OPEN | IN_DONT_FOLLOW;
+    EXPECT_GE(::inotify_add_watch(queue_.get(), path.c_str(), mask), 0) << path;
+    if (!std::filesystem::is_directory(path)) return;
+    for (const auto& entry : std::filesystem::directory_iterator(path)) {
+      if (!entry.is_symlink()) add(entry.path().string());
+    }
+  }
+  /// Whether anything was opened since the last question.
+  bool wasOpened() const {
+    std::array<char, 65536> events{};
+    bool any = false;
+    while (::read(queue_.get(), events.data(), events.size()) > 0) any = true;
+    return any;
+  }
+
+ private:
+  Descriptor queue_{::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)};
+};
+
+class DemoMachineTests : public CommandLineTests {
+ protected:
+  DemoMachineTests() {
+    const int made = runInto(::open(folder_.at("out").c_str(), O_WRONLY | O_CREAT, 0600),
+                             folder_.at("err"), {VOLBRIN_DEMO, "--now", "2026-03-01", demo_}, {});
+    EXPECT_EQ(made, 0) << readFile(folder_.at("err"));
+  }
+
+  ScanReport scan(Words more = {}) const {
+    Words words = {"scan", "--machine", demo_, "--now", "2026-03-01", "--json"};
+    words.insert(words.end(), more.begin(), more.end());
+    return fromJson<ScanReport>(parseJson(run(words).out, "scan"), "scan");
+  }
+
+  std::string demo_ = folder_.at("demo");
+};
+
+TEST_F(DemoMachineTests, ShowsEachFinderAtWork) {
+  const auto report = scan();
+  std::set<std::string> finders, stories;
   for (const auto& finding : report.findings) {
     EXPECT_GT(finding.bytes, 0) << finding.id;
     for (const auto& path : finding.paths) EXPECT_TRUE(exists(path)) << path;
+    finders.insert(finding.finder);
+    if (finding.finder == "personal") {
+      stories.insert(
+          finding.duplicateOf
+              ? "copy"
+              : jsonText(toJson(finding.action)).substr(0, std::strlen("{'kind':'move")));
+    }
+    if (finding.id.starts_with("steam-workshop")) stories.insert(finding.getBack.substr(0, 16));
   }
+  EXPECT_EQ(finders, (std::set<std::string>{"app-caches", "installers", "leftovers", "personal",
+                                            "places", "simulators", "split-installs",
+                                            "stale-mounts", "steam", "unused-apps"}));
+  EXPECT_EQ(stories,
+            (std::set<std::string>{"copy", R"({"kind":"hand)", R"({"kind":"move)",
+                                   R"({"kind":"revi)", "Steam downloads ", "The copy on Back",
+                                   "Keep whichever c", "Moved, not remov"}));
+  const auto notes = joined(report.notes, "\n");
+  EXPECT_THAT(notes, AllOf(HasSubstr("isn't plugged in. Plug it in to compare."),
+                           HasSubstr("whose drive isn't plugged in"),
+                           HasSubstr("Left the caches of open apps alone")));
+}
+
+TEST_F(DemoMachineTests, OpensNothingThatIsGuarded) {
+  const OpenWatch watch;
+  for (const auto& root : PrivacyFence::guardedRoots(demo_ + "/Users/me")) {
+    if (exists(root)) watch.add(root);
+  }
+  EXPECT_TRUE(watch.wasOpened());  // by the watch itself, on its way down
+  EXPECT_FALSE(scan({"--avoid-privacy-prompts"}).findings.empty());
+  EXPECT_FALSE(watch.wasOpened());
+  EXPECT_FALSE(scan().findings.empty());
+  EXPECT_TRUE(watch.wasOpened());
 }
 
 }  // namespace

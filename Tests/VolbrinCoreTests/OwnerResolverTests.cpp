@@ -74,6 +74,7 @@ TEST(OwnerResolverTest, EachKindOfFolderIsReadInItsWay) {
   const Verdict lab = installed("Photo Lab");
   expectVerdict(resolver, Kind::container, lab, {"com.maker.lab", "com.Maker.Lab.helper"});
   expectVerdict(resolver, Kind::container, removed(), {"com.gone.app", "foo", "Photo Lab"});
+  expectVerdict(resolver, Kind::container, {}, {"0B6F9A2C-1D3E-4F50-8A7B-9C0D1E2F3A4B"});
 
   const Kind group = Kind::groupContainer;
   expectVerdict(resolver, group, lab, {"group.com.maker.lab", "ABCDE12345.com.maker.lab"});
