@@ -175,7 +175,7 @@ Apps itself(std::size_t i) { return subjects()[i].apps; }
 
 /// With the app's name or identifier changed, where it is known by the other of the two.
 Setting changed(const char* title, std::function<void(InstalledApp&)> change) {
-  return {title, true, [change](std::size_t i) {
+  return {title, true, [change = std::move(change)](std::size_t i) {
             auto apps = itself(i);
             if (apps.front().bundleID) change(apps.front());
             return apps;
