@@ -43,6 +43,10 @@ enum class MountPoints { cross, refuse };
 [[nodiscard]] Descriptor openFolderBelow(const Descriptor& parent, const char* name,
                                          MountPoints mounts);
 
+/// Opens a folder by its path below an open one, however long. A link anywhere on the way is
+/// refused. An empty path opens the folder itself anew.
+[[nodiscard]] Descriptor openPathBelow(const Descriptor& folder, const std::string& relative);
+
 /// Opens a file for reading by its path below an open folder, however long. A link anywhere on the
 /// way is refused, and nothing waits for a pipe's other end. What is opened may be no regular file.
 [[nodiscard]] Descriptor openFileBelow(const Descriptor& folder, const std::string& relative);

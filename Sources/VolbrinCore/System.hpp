@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "Descriptor.hpp"
+
 /// The few calls that each operating system spells in its own way. One source file per system
 /// implements them, in Platform/; everything above is the same code everywhere.
 namespace volbrin {
@@ -21,6 +23,16 @@ namespace volbrin {
 
 /// The file that this process runs from, links resolved; absent when the system doesn't say.
 [[nodiscard]] std::optional<std::string> executablePath();
+
+/// Brings a file's contents to its drive, past the drive's own cache where the system can. Whether
+/// it could.
+bool syncFile(const Descriptor& file);
+/// Brings the names in a folder to its drive. Whether it could.
+bool syncFolder(const std::string& path);
+
+/// Lets go of what memory holds of a file, so that it is read from its drive next; for what has
+/// been synced. Without effect where the system can't.
+void dropFromMemory(const Descriptor& file);
 
 /// Gives `from` the name `to`, and nothing that stands at `to` is ever replaced. Raises
 /// std::system_error with the system's own error, EEXIST when `to` is taken.

@@ -8,6 +8,7 @@
 #include "../Dates.hpp"
 #include "../Fixture.hpp"
 #include "../Model.hpp"
+#include "../TreeCopy.hpp"
 
 namespace volbrin {
 
@@ -27,6 +28,18 @@ class Platform {
   /// Moves `path` to the Trash of its drive and returns where it went. Nothing in the Trash is
   /// replaced. Raises std::system_error with the system's own error, `path` untouched.
   virtual std::string trash(const std::string& path) const = 0;
+
+  /// Whether `path` lies in a Trash of this user's, on whatever drive.
+  [[nodiscard]] virtual bool isInTrash(const std::string& path) const {
+    return path.find("/.Trash/") != std::string::npos ||
+           path.find("/.Trashes/") != std::string::npos;
+  }
+
+  /// Copies a tree (TreeCopy.hpp). Absent when the copy is whole and on its drive.
+  virtual std::optional<CopyFault> copyTree(const std::string& source, const std::string& target,
+                                            CopyObserver* observer) const {
+    return volbrin::copyTree(source, target, observer);
+  }
 
   /// Runs a program by argument vector, no shell between, and returns what it wrote to standard
   /// output, bad UTF-8 repaired. No input, no time limit. Absent when the list is empty, the

@@ -54,6 +54,14 @@ std::string LinuxPlatform::trashFolder() const { return homeTrash(home_); }
 
 std::string LinuxPlatform::trash(const std::string& path) const { return moveToTrash(path, home_); }
 
+bool LinuxPlatform::isInTrash(const std::string& path) const {
+  // "$topdir/.Trash/$uid/files" and "$topdir/.Trash-$uid/files" on other drives.
+  const auto number = std::to_string(::getuid());
+  return isInside(path, below(trashFolder(), "files")) ||
+         path.find("/.Trash/" + number + "/files/") != std::string::npos ||
+         path.find("/.Trash-" + number + "/files/") != std::string::npos;
+}
+
 std::optional<std::string> LinuxPlatform::run(const std::vector<std::string>& arguments) const {
   if (arguments.empty()) return std::nullopt;
   const auto program = arguments.front().starts_with('/') ? std::optional(arguments.front())

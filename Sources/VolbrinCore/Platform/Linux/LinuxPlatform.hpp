@@ -13,6 +13,7 @@ class LinuxPlatform final : public Platform {
   [[nodiscard]] std::vector<DriveInfo> drives() const override;
   [[nodiscard]] std::string trashFolder() const override;
   std::string trash(const std::string& path) const override;
+  [[nodiscard]] bool isInTrash(const std::string& path) const override;
   [[nodiscard]] std::optional<std::string> run(
       const std::vector<std::string>& arguments) const override;
   bool runAsAdmin(const std::vector<std::vector<std::string>>& commands) const override;

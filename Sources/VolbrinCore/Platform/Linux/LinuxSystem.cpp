@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include "../../System.hpp"
 
@@ -28,6 +29,17 @@ std::optional<std::string> executablePath() {
   const char* resolved = ::realpath("/proc/self/exe", buffer);
   if (resolved == nullptr) return std::nullopt;
   return std::string(resolved);
+}
+
+bool syncFile(const Descriptor& file) { return ::fsync(file.get()) == 0; }
+
+bool syncFolder(const std::string& path) {
+  const Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return folder && ::fsync(folder.get()) == 0;
+}
+
+void dropFromMemory(const Descriptor& file) {
+  ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_DONTNEED);
 }
 
 void renameExclusively(const std::string& from, const std::string& to) {
