@@ -24,6 +24,7 @@ constexpr std::size_t pieceBytes = 131'072;
 class SizeVisitor final : public TreeVisitor {
  public:
   Onward visit(const WalkEntry& entry) override {
+    unseen += entry.isMountPoint ? 1 : 0;
     if (entry.folder == nullptr) return Onward::into;
     // By that name a folder counts too, and with it what is in it.
     if (entry.stat.kind != EntryKind::file || entry.name == ".DS_Store") return Onward::into;
@@ -33,14 +34,33 @@ class SizeVisitor final : public TreeVisitor {
     found.emplace_back(std::move(path), entry.stat.size);
     return Onward::into;
   }
-  void unreadable(std::size_t /*root*/, const EntryStat* /*closed*/) override {}
+  void unreadable(std::size_t /*root*/, const EntryStat* /*closed*/) override { ++unseen; }
 
   std::vector<std::pair<std::string, ByteCount>> found;
+  std::int64_t unseen = 0;
 };
+
+using FileSizes = std::unordered_map<std::string, ByteCount>;
+
+/// The sizes of the files under `root`; what couldn't be looked at is added to `unseen`.
+FileSizes sizesUnder(const std::string& root, WalkOptions::RootLinks links, std::int64_t& unseen) {
+  std::deque<SizeVisitor> lanes;
+  walkTrees({root}, {.rootLinks = links}, [&]() -> TreeVisitor& { return lanes.emplace_back(); });
+  std::size_t count = 0;
+  for (const auto& lane : lanes) count += lane.found.size();
+  FileSizes sizes;
+  sizes.reserve(count);
+  for (auto& lane : lanes) {
+    unseen += lane.unseen;
+    for (auto& [path, size] : lane.found) sizes.emplace(std::move(path), size);
+  }
+  return sizes;
+}
 
 /// Whether two streams deliver the same bytes; of two that aren't open nothing can be told apart.
 /// Equal streams are what equal digests would stand for, proved without them.
-bool deliverTheSame(FileStream a, FileStream b) {
+bool deliverTheSame(FileStream a, FileStream b, CompareBy by) {
+  if (by == CompareBy::contentsOnDrive && b.isOpen()) b.dropFromMemory();
   if (!a.isOpen() || !b.isOpen()) return a.isOpen() == b.isOpen();
   thread_local const auto buffer = std::make_unique<std::byte[]>(2 * pieceBytes);
   const std::span<std::byte> pieceOfA(buffer.get(), pieceBytes);
@@ -56,9 +76,9 @@ bool deliverTheSame(FileStream a, FileStream b) {
 TreeDiff compareFiles(const std::string& a, const std::string& b, CompareBy by) {
   TreeDiff diff;
   diff.files = 1;
-  diff.checksummed = by == CompareBy::contents;
+  diff.checksummed = by != CompareBy::size;
   const bool isSame = sizeOf(a) == sizeOf(b) &&
-                      (by == CompareBy::size || deliverTheSame(FileStream(a), FileStream(b)));
+                      (by == CompareBy::size || deliverTheSame(FileStream(a), FileStream(b), by));
   diff.differing = isSame ? 0 : 1;
   return diff;
 }
@@ -70,7 +90,7 @@ struct Pair {
 };
 
 std::int64_t countDiffering(const std::string& a, const std::string& b, std::vector<Pair> pairs,
-                            MeasureObserver* observer) {
+                            CompareBy by, MeasureObserver* observer) {
   // The biggest first, so that no thread is left with one at the end.
   std::sort(pairs.begin(), pairs.end(), [](const Pair& x, const Pair& y) {
     return x.size != y.size ? x.size > y.size : *x.path < *y.path;
@@ -79,37 +99,20 @@ std::int64_t countDiffering(const std::string& a, const std::string& b, std::vec
   const Descriptor folderOfB = openFolder(b + "/.");
   const auto same = parallelMap(pairs, [&](const Pair& pair) {
     const bool isSame =
-        deliverTheSame(FileStream(folderOfA, *pair.path), FileStream(folderOfB, *pair.path));
+        deliverTheSame(FileStream(folderOfA, *pair.path), FileStream(folderOfB, *pair.path), by);
     if (observer != nullptr) observer->measured(pair.size);
     return isSame;
   });
   return std::count(same.begin(), same.end(), false);
 }
 
-}  // namespace
-
-std::unordered_map<std::string, ByteCount> fileSizesUnder(const std::string& root) {
-  std::deque<SizeVisitor> lanes;
-  walkTrees({root}, {.rootLinks = WalkOptions::RootLinks::follow},
-            [&]() -> TreeVisitor& { return lanes.emplace_back(); });
-  std::size_t count = 0;
-  for (const auto& lane : lanes) count += lane.found.size();
-  std::unordered_map<std::string, ByteCount> sizes;
-  sizes.reserve(count);
-  for (auto& lane : lanes) {
-    for (auto& [path, size] : lane.found) sizes.emplace(std::move(path), size);
-  }
-  return sizes;
-}
-
-TreeDiff compareTrees(const std::string& a, const std::string& b, CompareBy by,
-                      MeasureObserver* observer) {
-  if (!isDirectory(a) || !isDirectory(b)) return compareFiles(a, b, by);
-  const auto here = fileSizesUnder(a);
-  const auto there = fileSizesUnder(b);
+TreeDiff compareFolders(const std::string& a, const std::string& b, CompareBy by,
+                        WalkOptions::RootLinks links, MeasureObserver* observer) {
   TreeDiff diff;
+  const auto here = sizesUnder(a, links, diff.unseen);
+  const auto there = sizesUnder(b, links, diff.unseen);
   diff.files = static_cast<std::int64_t>(here.size());
-  diff.checksummed = by == CompareBy::contents;
+  diff.checksummed = by != CompareBy::size;
   std::vector<Pair> sameSize;
   for (const auto& [path, size] : here) {
     const auto other = there.find(path);
@@ -123,10 +126,41 @@ TreeDiff compareTrees(const std::string& a, const std::string& b, CompareBy by,
   }
   const auto inBoth = diff.files - diff.onlyHere;
   diff.onlyThere = static_cast<std::int64_t>(there.size()) - inBoth;
-  if (by == CompareBy::contents) {
-    diff.differing += countDiffering(a, b, std::move(sameSize), observer);
+  if (by != CompareBy::size) {
+    diff.differing += countDiffering(a, b, std::move(sameSize), by, observer);
   }
   return diff;
+}
+
+bool isSameItem(const std::string& a, const std::string& b) {
+  const auto statA = statPath(a);
+  const auto statB = statPath(b);
+  return statA && statB && statA->device == statB->device && statA->inode == statB->inode;
+}
+
+bool isReachedDirectly(const std::string& path) {
+  const auto real = resolved(path);
+  return !real || *real == path;
+}
+
+}  // namespace
+
+FileSizes fileSizesUnder(const std::string& root) {
+  std::int64_t unseen = 0;
+  return sizesUnder(root, WalkOptions::RootLinks::follow, unseen);
+}
+
+TreeDiff compareTrees(const std::string& a, const std::string& b, CompareBy by,
+                      MeasureObserver* observer) {
+  if (!isDirectory(a) || !isDirectory(b)) return compareFiles(a, b, by);
+  return compareFolders(a, b, by, WalkOptions::RootLinks::follow, observer);
+}
+
+std::optional<TreeDiff> compareCopies(const std::string& a, const std::string& b, CompareBy by,
+                                      MeasureObserver* observer) {
+  if (isSameItem(a, b) || !isReachedDirectly(a) || !isReachedDirectly(b)) return std::nullopt;
+  if (!isDirectory(a) || !isDirectory(b)) return compareFiles(a, b, by);
+  return compareFolders(a, b, by, WalkOptions::RootLinks::refuse, observer);
 }
 
 std::optional<std::string> sha256Of(const std::string& path) {

@@ -20,14 +20,20 @@ struct TreeDiff {
   std::int64_t onlyThere = 0;  ///< files under the second path with none there under the first
   std::int64_t differing = 0;  ///< files that stand in both and differ
   bool checksummed = false;    ///< contents were read; false means sizes only
+  /// What couldn't be looked at on either side: unreadable folders, vanished entries, what is
+  /// mounted inside. Has no JSON form.
+  std::int64_t unseen = 0;
 
   [[nodiscard]] bool identical() const { return onlyHere == 0 && onlyThere == 0 && differing == 0; }
+  /// Whether all there is was looked at, and agrees: only then may one side be given up.
+  [[nodiscard]] bool isProof() const { return identical() && unseen == 0; }
   bool operator==(const TreeDiff&) const = default;
 };
 
 enum class CompareBy {
   size,
-  contents,  ///< every byte of files of equal size
+  contents,         ///< every byte of files of equal size
+  contentsOnDrive,  ///< the same, and of the second path's files what the drive holds, not memory
 };
 
 /// Compares two paths: two folders file by file, anything else as two single files by their own
@@ -37,6 +43,13 @@ enum class CompareBy {
 /// `observer`, which may be null, hears of the bytes of each file whose contents are compared.
 [[nodiscard]] TreeDiff compareTrees(const std::string& a, const std::string& b, CompareBy by,
                                     MeasureObserver* observer = nullptr);
+
+/// As `compareTrees`, to prove that one of the two may be given up. Neither path may be a link or
+/// lead through one, and both may not be one item: none of that is a second copy, and absence says
+/// so.
+[[nodiscard]] std::optional<TreeDiff> compareCopies(const std::string& a, const std::string& b,
+                                                    CompareBy by,
+                                                    MeasureObserver* observer = nullptr);
 
 /// The SHA-256 (FIPS 180-4) of a file's contents in 64 lower-case hexadecimal digits; absent when
 /// it can't be opened. A read that fails ends it like the end of the file. Reads in order, in

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Descriptor.hpp"
+#include "System.hpp"
 
 namespace volbrin {
 
@@ -19,6 +20,9 @@ class FileStream {
   explicit FileStream(const std::string& path);
   /// The file at `relative` below an open folder, links refused.
   FileStream(const Descriptor& folder, const std::string& relative);
+
+  /// Lets go of what memory holds of the file, so that it is read from its drive.
+  void dropFromMemory() const { volbrin::dropFromMemory(file_); }
 
   [[nodiscard]] bool isOpen() const { return static_cast<bool>(file_); }
 

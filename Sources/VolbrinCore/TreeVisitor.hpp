@@ -53,10 +53,11 @@ class WalkFolder {
 
 /// One thing that a walk met.
 struct WalkEntry {
-  std::size_t root;          ///< which of the walk's roots it belongs to, by position
-  std::string_view name;     ///< the last component; a root's whole path
-  const WalkFolder* folder;  ///< the folder it lies in; null for a root itself
-  const EntryStat& stat;     ///< its own record; in a walk for kinds alone only the kind
+  std::size_t root;           ///< which of the walk's roots it belongs to, by position
+  std::string_view name;      ///< the last component; a root's whole path
+  const WalkFolder* folder;   ///< the folder it lies in; null for a root itself
+  const EntryStat& stat;      ///< its own record; in a walk for kinds alone only the kind
+  bool isMountPoint = false;  ///< something else is mounted here, which is not entered
 
   /// How many folders of the walk lie above it.
   [[nodiscard]] std::size_t depth() const { return folder == nullptr ? 0 : folder->depth() + 1; }

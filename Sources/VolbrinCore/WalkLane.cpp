@@ -137,9 +137,10 @@ void WalkLane::enterFolder(WalkFrame& frame, const char* name) {
     tellUnreadable(frame, name);
     return;
   }
-  const WalkEntry entry{root, name, parent.get(), *stat};
+  const bool isMountPoint = !isSkipped && (!handle || stat->device != parent->device());
+  const WalkEntry entry{root, name, parent.get(), *stat, isMountPoint};
   ++entriesSeen_;
-  if (!show(entry) || !handle || stat->device != parent->device()) return;
+  if (!show(entry) || !handle || isMountPoint) return;
   readFolder(std::make_shared<WalkFolder>(parent, name, root, *stat, skips, visitor_.mark(entry)),
              std::move(handle));
 }

@@ -57,7 +57,11 @@ std::string explanationText(const Explanation& found, const Mac& mac) {
 std::string diffText(const TreeDiff& diff) {
   const auto files = fmt::format("{} {}", diff.files, diff.files == 1 ? "file" : "files");
   const auto* compared = diff.checksummed ? "contents" : "sizes";
-  if (diff.identical()) return fmt::format("The same: {}, {} compared.\n", files, compared);
+  if (diff.isProof()) return fmt::format("The same: {}, {} compared.\n", files, compared);
+  if (diff.identical()) {
+    return fmt::format("No difference seen ({}, {} compared), but {} {} couldn't be looked at.\n",
+                       files, compared, diff.unseen, diff.unseen == 1 ? "thing" : "things");
+  }
   return fmt::format(
       "Not the same ({}, {} compared):\n  {:>8} only in the first\n  {:>8} only in the second\n"
       "  {:>8} in both and different\n",
@@ -110,6 +114,7 @@ ExitStatus compare(Session& session) {
     if (!exists(path)) printError(session.mac().display(path) + " isn't there");
   }
   if (session.wantsJson()) {
+    if (diff.unseen > 0) printError(fmt::format("{} things couldn't be looked at", diff.unseen));
     session.output().json(toJson(diff));
   } else {
     session.output().text(diffText(diff));

@@ -80,11 +80,32 @@ void printError(std::string_view message) {
   std::fputs(line.c_str(), stderr);
 }
 
+namespace {
+
+/// The length of a mark at the beginning of `text` that changes the order in which what follows is
+/// shown (Unicode Bidi_Control: U+200E, U+200F, U+202A to U+202E, U+2066 to U+2069); 0 for none.
+std::size_t reorderingMark(std::string_view text) {
+  if (!text.starts_with("\xE2\x80") && !text.starts_with("\xE2\x81")) return 0;
+  if (text.size() < 3) return 0;
+  const auto last = static_cast<unsigned char>(text[2]);
+  const bool isFirstBlock = text[1] == '\x80';
+  const bool isMark = isFirstBlock ? last == 0x8E || last == 0x8F || (last >= 0xAA && last <= 0xAE)
+                                   : last >= 0xA6 && last <= 0xA9;
+  return isMark ? 3 : 0;
+}
+
+}  // namespace
+
 std::string printable(std::string_view text) {
   std::string result;
   std::string repaired = repairedUtf8(text);
   for (std::size_t i = 0; i < repaired.size(); ++i) {
     const auto c = static_cast<unsigned char>(repaired[i]);
+    if (const auto length = reorderingMark(std::string_view(repaired).substr(i)); length > 0) {
+      result += '?';
+      i += length - 1;
+      continue;
+    }
     const bool isC1 =
         c == 0xC2 && i + 1 < repaired.size() && static_cast<unsigned char>(repaired[i + 1]) < 0xA0;
     if ((c < 0x20 && c != '\n') || c == 0x7F || isC1) {

@@ -31,8 +31,8 @@ class Output {
 /// One line on standard error: "volbrin: " and `message`, control characters made harmless.
 void printError(std::string_view message);
 
-/// `text` with U+FFFD for bytes that are no UTF-8 and "?" for control characters but line ends: a
-/// file name must not drive the terminal.
+/// `text` with U+FFFD for bytes that are no UTF-8 and "?" for control characters but line ends, and
+/// for marks that turn the order of what is shown: a file name must not drive the terminal.
 [[nodiscard]] std::string printable(std::string_view text);
 
 }  // namespace volbrin::cli

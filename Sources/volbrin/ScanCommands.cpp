@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "Commands.hpp"
 #include "Planner.hpp"
 #include "Report.hpp"
@@ -11,6 +13,25 @@ ScanReport runScan(Session& session) {
   const auto options = session.scanOptions();
   auto report = Scanner::scan(session.mac(), session.catalog(), options);
   session.endProgress();
+  return report;
+}
+
+void keepOnOneLine(std::string& text) { std::replace(text.begin(), text.end(), '\n', '?'); }
+
+/// The report with every text on one line: a file's name with a line end in it must not look like a
+/// line of the report.
+ScanReport forShowing(ScanReport report) {
+  for (auto& drive : report.drives) keepOnOneLine(drive.name);
+  for (auto& finding : report.findings) {
+    for (auto* text : {&finding.id, &finding.title, &finding.reason, &finding.getBack}) {
+      keepOnOneLine(*text);
+    }
+    for (auto* text : {&finding.caution, &finding.blockedBy, &finding.action.steps}) {
+      if (*text) keepOnOneLine(**text);
+    }
+  }
+  for (auto& skipped : report.skipped) keepOnOneLine(skipped.path);
+  for (auto& note : report.notes) keepOnOneLine(note);
   return report;
 }
 
@@ -32,7 +53,7 @@ ExitStatus scan(Session& session) {
   if (session.wantsJson()) {
     session.output().json(toJson(report));
   } else {
-    session.output().text(Report::text(report, session.mac(), goal));
+    session.output().text(Report::text(forShowing(report), session.mac(), goal));
   }
   return ExitStatus::done;
 }
@@ -45,7 +66,7 @@ ExitStatus plan(Session& session) {
   if (session.wantsJson()) {
     session.output().json(plan ? toJson(*plan) : Json(nullptr));
   } else if (plan) {
-    session.output().text(Report::text(*plan, report));
+    session.output().text(Report::text(*plan, forShowing(report)));
   } else {
     printError("there is no such drive, and no startup drive to plan for instead");
   }

@@ -114,6 +114,32 @@ TEST_F(CompareTests, ComparesAnythingElseAsSingleFiles) {
   EXPECT_EQ(behind, (TreeDiff{1, 0, 0, 0, false}));
 }
 
+TEST_F(CompareTests, TakesOnlyASecondCopyForOne) {
+  folder_.file("a/in/file", "1"), folder_.file("b/in/file", "1"), folder_.file("single", "1");
+  folder_.link("link", "a"), folder_.link("b/way", "../a"), folder_.file("c/file", "1");
+  fs::create_hard_link(folder_.at("single"), folder_.at("again"));
+  struct Case {
+    const char *a, *b;
+    bool isCopy;
+  };
+  for (const auto& [a, b, isCopy] :
+       {Case{"a", "b", true}, Case{"a", "a", false}, Case{"a", "link", false},
+        Case{"link", "b", false}, Case{"a/in", "b/way/in", false}, Case{"c", "a", false},
+        Case{"single", "again", false}, Case{"single", "c/file", true}}) {
+    const auto diff = compareCopies(folder_.at(a), folder_.at(b), CompareBy::contents);
+    EXPECT_EQ(diff && diff->isProof(), isCopy) << a << ", " << b;
+  }
+  fs::permissions(folder_.path(), fs::perms(0755));
+  fs::permissions(folder_.folder("a/locked"), fs::perms::none);
+  EXPECT_TRUE(compareTrees(folder_.at("a"), folder_.at("b"), CompareBy::size).identical());
+  const auto provesAsOrdinaryUser = [&] {
+    if (::setuid(65534) != 0) ::_exit(2);
+    const auto diff = compareCopies(folder_.at("a"), folder_.at("b"), CompareBy::size);
+    ::_exit(diff && diff->isProof() ? 1 : 0);
+  };
+  EXPECT_EXIT(provesAsOrdinaryUser(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(CompareTests, ReadsNothingThatIsFenced) {
   folder_.file("a/in", "1"), folder_.folder("b"), folder_.file("c/in", "1");
   const FenceGuard fence({folder_.at("a"), folder_.at("c")});

@@ -4,6 +4,7 @@
 
 #include "Machine.hpp"
 #include "PrivacyFence.hpp"
+#include "PropertyList.hpp"
 #include "RecordingPlatform.hpp"
 
 namespace volbrin::test {
@@ -108,6 +109,38 @@ TEST(AppDiscoveryTest, FindsTheBundlesOfAFakeMachine) {
   const FenceGuard fence({machine.path("/Applications"), machine.path("~")});
   EXPECT_THAT(discovered(mac, AppIndex::discover(mac, {}, {})),
               ElementsAre("/System/Applications/Sys.app"));
+}
+
+TEST(AppDiscoveryTest, ReadsNoBundleThatNestsWithoutEnd) {
+  const std::string head =
+      "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>com.a.b</string>";
+  const auto nested = [&](int levels) {
+    std::string text = head + "<key>x</key>";
+    for (int i = 0; i < levels; ++i) text += "<array>";
+    for (int i = 0; i < levels; ++i) text += "</array>";
+    return text + "</dict></plist>";
+  };
+  EXPECT_EQ(stringInPropertyList(nested(100), "CFBundleIdentifier"), "com.a.b");
+  EXPECT_EQ(stringInPropertyList(nested(300'000), "CFBundleIdentifier"), std::nullopt);
+
+  // The binary form: an array in an array, and so on; each is a length of 1 and a place of 3 bytes.
+  constexpr std::size_t levels = 300'000;
+  const auto big = [](std::size_t value, int bytes) {
+    std::string text;
+    for (int i = bytes - 1; i >= 0; --i) text += static_cast<char>(value >> (8 * i) & 0xFFU);
+    return text;
+  };
+  std::string binary = "bplist00", places;
+  for (std::size_t i = 0; i < levels; ++i) {
+    places += big(binary.size(), 4);
+    binary += "\xA1" + big(i + 1, 3);
+  }
+  places += big(binary.size(), 4);
+  binary += '\x50';  // the empty text
+  const auto table = binary.size();
+  binary +=
+      places + std::string(6, '\0') + "\x04\x03" + big(levels + 1, 8) + big(0, 8) + big(table, 8);
+  EXPECT_EQ(stringInPropertyList(binary, "CFBundleIdentifier"), std::nullopt);
 }
 
 TEST(AppDiscoveryTest, CollectsThePluginsOfTwoLevels) {

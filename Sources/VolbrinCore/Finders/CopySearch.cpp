@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <deque>
+#include <unordered_set>
 
 #include "../Compare.hpp"
-#include "../DirectoryReader.hpp"
 #include "../Files.hpp"
 #include "../Paths.hpp"
 #include "../TreeWalk.hpp"
@@ -40,24 +40,18 @@ class NameVisitor final : public TreeVisitor {
   const std::set<std::string, std::less<>>& names_;
 };
 
-bool isSameItem(const std::string& a, const std::string& b) {
-  const auto statA = statPath(a);
-  const auto statB = statPath(b);
-  return statA && statB && statA->device == statB->device && statA->inode == statB->inode;
-}
-
 bool isCopy(const std::string& path, const std::string& namesake) {
-  if (isSameItem(path, namesake)) return false;
-  const bool isFolder = isDirectory(path);
-  if (isFolder != isDirectory(namesake)) return false;
-  if (isFolder) return compareTrees(path, namesake, CompareBy::size).identical();
-  return sizeOf(path) == sizeOf(namesake);
+  if (isDirectory(path) != isDirectory(namesake)) return false;
+  const auto diff = compareCopies(path, namesake, CompareBy::size);
+  return diff && diff->isProof();
 }
 
 }  // namespace
 
 std::optional<std::string> CopySearch::findCopy(const std::string& path, const DriveInfo& drive) {
   for (const auto& namesake : namesakes(std::string(lastComponent(path)), drive)) {
+    // What lies in the home is no copy on a drive, and may be an item of its own that is offered.
+    if (isAtOrInside(namesake, mac_.home()) || mac_.cloudFolderOf(namesake)) continue;
     if (isCopy(path, namesake)) return namesake;
   }
   return std::nullopt;
@@ -68,8 +62,10 @@ const std::vector<std::string>& CopySearch::namesakes(const std::string& name,
   const auto [entry, isNew] = found_.try_emplace(drive.path);
   auto& byName = entry->second;
   if (isNew) {
+    std::unordered_set<std::string> cloud;
+    for (const auto& folder : mac_.cloud()) cloud.insert(folder.path);
     std::deque<NameVisitor> lanes;
-    walkTrees({drive.path}, {.detail = WalkOptions::Detail::kind},
+    walkTrees({drive.path}, {.passedOver = cloud, .detail = WalkOptions::Detail::kind},
               [&]() -> TreeVisitor& { return lanes.emplace_back(names_); });
     std::vector<Namesake> all;
     for (auto& lane : lanes)

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "../Model.hpp"
+#include "../Mac.hpp"
 
 namespace volbrin {
 
@@ -15,12 +15,14 @@ namespace volbrin {
 /// about it, however many are asked.
 class CopySearch {
  public:
-  /// `names` are those of all the items that will be asked about.
-  explicit CopySearch(std::set<std::string, std::less<>> names) : names_(std::move(names)) {}
+  /// `names` are those of all the items that will be asked about. Keeps a reference to `mac`.
+  CopySearch(const Mac& mac, std::set<std::string, std::less<>> names)
+      : mac_(mac), names_(std::move(names)) {}
 
   /// The first copy of `path` on `drive`: of two folders the files agree in path and size, of two
   /// files the size; no contents are read. Upper levels come first, then names in order. Absent
-  /// when there is none. The item itself, met by another path, is no copy.
+  /// when there is none. No copy is the item itself, met by another path; what lies in the user's
+  /// home or in a cloud folder; and what can't be looked at to its end on either side.
   [[nodiscard]] std::optional<std::string> findCopy(const std::string& path,
                                                     const DriveInfo& drive);
 
@@ -28,6 +30,7 @@ class CopySearch {
   [[nodiscard]] const std::vector<std::string>& namesakes(const std::string& name,
                                                           const DriveInfo& drive);
 
+  const Mac& mac_;
   std::set<std::string, std::less<>> names_;
   /// By drive path: the paths of what bears one of the names, by name.
   std::map<std::string, std::map<std::string, std::vector<std::string>>> found_;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "../Text.hpp"
 #include "CopySearch.hpp"
 #include "Shared.hpp"
@@ -31,6 +33,12 @@ std::vector<std::string> foldersToSearch(const ScanContext& context,
     }
   }
   return kept;
+}
+
+/// Whether a drive is mounted there or further inside: it is no file of the user's to move.
+bool holdsDrive(const std::string& path, const ScanContext& context) {
+  return std::any_of(context.drives.begin(), context.drives.end(),
+                     [&](const auto& drive) { return isAtOrInside(drive.path, path); });
 }
 
 /// Settles, for each big item, which story is true of it.
@@ -113,7 +121,7 @@ class Story {
       return;
     }
     finding.reason = subject + ".";
-    const auto* target = driveWithRoom(finding.bytes);
+    const auto* target = driveWithRoom(finding);
     if (target == nullptr) {
       finding.getBack = "Nothing is removed; there's no drive with room to move it to right now.";
       return;
@@ -125,11 +133,12 @@ class Story {
     finding.caution = fmt::format(onlyCopy, "After the move,", target->name);
   }
 
-  /// The first drive with room for the bytes and a tenth.
-  [[nodiscard]] const DriveInfo* driveWithRoom(ByteCount bytes) const {
-    const ByteCount wanted = addBytes(bytes, bytes / 10, "the room for a move");
+  /// The first drive with room for the bytes and a tenth that the item isn't on already.
+  [[nodiscard]] const DriveInfo* driveWithRoom(const Finding& finding) const {
+    const ByteCount wanted = addBytes(finding.bytes, finding.bytes / 10, "the room for a move");
+    const auto* own = context_.driveOf(finding.paths.front());
     for (const auto* drive : drives_) {
-      if (drive->freeBytes > wanted) return drive;
+      if (drive->freeBytes > wanted && drive != own) return drive;
     }
     return nullptr;
   }
@@ -146,7 +155,8 @@ FinderResult PersonalFinder::find(const ScanContext& context) const {
   std::vector<std::string> candidates;
   for (const auto& folder : foldersToSearch(context, result.skipped)) {
     for (auto& path : children(folder)) {
-      if (!isSymlink(path) && !context.isClaimed(path)) candidates.push_back(std::move(path));
+      if (isSymlink(path) || context.isClaimed(path) || holdsDrive(path, context)) continue;
+      candidates.push_back(std::move(path));
     }
   }
   const auto usages = context.survey.usageOf(candidates);
@@ -156,7 +166,7 @@ FinderResult PersonalFinder::find(const ScanContext& context) const {
 
   std::set<std::string, std::less<>> names;
   for (const auto& path : candidates) names.emplace(lastComponent(path));
-  CopySearch copies(std::move(names));
+  CopySearch copies(context.mac, std::move(names));
   const Story story(context, copies);
   for (const auto& path : candidates) {
     result.findings.push_back(story.of(path, usages.at(path).bytes));

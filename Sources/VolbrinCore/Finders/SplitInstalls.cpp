@@ -38,6 +38,11 @@ std::set<std::string> namesOf(const InstalledApp& app, const Catalog& catalog) {
   return names;
 }
 
+/// Whether an identifier, which anybody may write into a bundle, names a folder and no way.
+bool isFileName(const std::string& text) {
+  return !text.empty() && text != "." && text != ".." && text.find('/') == std::string::npos;
+}
+
 /// The search through all apps of one scan.
 class Search {
  public:
@@ -70,7 +75,7 @@ class Search {
     for (const auto& [name, path] : supportFolders_) {
       if (names.contains(name)) folders.push_back(path);
     }
-    if (!app.bundleID) return folders;
+    if (!app.bundleID || !isFileName(*app.bundleID)) return folders;
     for (const char* place : {"~/Library/Containers", "~/Library/Caches"}) {
       auto path = below(context_.mac.path(place), *app.bundleID);
       if (isDirectory(path)) folders.push_back(std::move(path));

@@ -85,6 +85,7 @@ class Search {
     const auto home = std::find_if(mounted_.begin(), mounted_.end(),
                                    [&](const auto* each) { return each->games.contains(appID); });
     const bool isInstalled = home != mounted_.end();
+    if (!isInstalled && hasManifest(appID)) return;  // it is here, though nothing is known of it
     const auto name = isInstalled ? (*home)->games.at(appID).name : gameName(appID, context_);
     if (!isInstalled && noteUnplugged(appID, name, bytes)) return;
 
@@ -94,7 +95,7 @@ class Search {
     if (exists(manifest)) finding.paths.push_back(std::move(manifest));
     finding.blockedBy = blockedBy_;
     if (isInstalled) {
-      besideItsGame(finding, name, **home, appID);
+      if (!besideItsGame(finding, name, **home, appID)) return;
     } else {
       finding.reason = fmt::format("Workshop mods for {}, which isn't installed anymore.", name);
       finding.getBack =
@@ -102,6 +103,13 @@ class Search {
       finding.action = actions::trash;
     }
     result.findings.push_back(std::move(finding));
+  }
+
+  /// Whether a game's manifest stands in a library, be it one that can't be read.
+  [[nodiscard]] bool hasManifest(const std::string& appID) const {
+    return std::any_of(mounted_.begin(), mounted_.end(), [&](const auto* library) {
+      return exists(fmt::format("{}/steamapps/appmanifest_{}.acf", library->path, appID));
+    });
   }
 
   /// Tells of mods whose game may come back with an unplugged drive; false when there is no such
@@ -118,8 +126,9 @@ class Search {
     return false;
   }
 
-  /// The game is in another library: what becomes of the mods depends on what lies beside it.
-  void besideItsGame(Finding& finding, const std::string& name, const SteamLibrary& home,
+  /// The game is in another library: what becomes of the mods depends on what lies beside it. False
+  /// when these are the very mods that the game uses, by way of a link.
+  bool besideItsGame(Finding& finding, const std::string& name, const SteamLibrary& home,
                      const std::string& appID) const {
     const auto* drive = context_.driveOf(home.path);
     const std::string driveName = drive == nullptr ? "another drive" : drive->name;
@@ -131,10 +140,11 @@ class Search {
           fmt::format("Moved, not removed: they go next to the game on {}.", driveName);
       finding.action.kind = Action::Kind::move;
       finding.action.destination = other;
-      return;
+      return true;
     }
-    const auto diff = compareTrees(finding.paths.front(), other, CompareBy::size);
-    if (diff.identical()) {
+    const auto diff = compareCopies(finding.paths.front(), other, CompareBy::size);
+    if (!diff) return false;
+    if (diff->isProof()) {
       finding.title += " (second copy)";
       finding.reason = fmt::format(
           "Steam keeps a second copy of {}'s workshop mods here; the game and an identical copy "
@@ -143,16 +153,17 @@ class Search {
       finding.getBack =
           fmt::format("The copy on {} stays, and it's the one the game uses.", driveName);
       finding.action = actions::trash;
-      return;
+      return true;
     }
     finding.title += " (two different copies)";
     finding.reason = fmt::format(
         "Steam left {0}'s workshop mods here when the game moved to {1}; {1} has its own copy, and "
         "{2} files differ.",
-        name, driveName, diff.differing + diff.onlyHere);
+        name, driveName, diff->differing + diff->onlyHere);
     finding.getBack = "Keep whichever copy is newer; the other can go.";
     finding.action = actions::review;
     finding.caution = "The copies differ: compare dates before removing either.";
+    return true;
   }
 
   void lookAtGames(const SteamLibrary& library) {
