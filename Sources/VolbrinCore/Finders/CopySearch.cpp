@@ -50,8 +50,10 @@ bool isCopy(const std::string& path, const std::string& namesake) {
 
 std::optional<std::string> CopySearch::findCopy(const std::string& path, const DriveInfo& drive) {
   for (const auto& namesake : namesakes(std::string(lastComponent(path)), drive)) {
-    // What lies in the home is no copy on a drive, and may be an item of its own that is offered.
-    if (isAtOrInside(namesake, mac_.home()) || mac_.cloudFolderOf(namesake)) continue;
+    const bool isOffered = std::any_of(searched_.begin(), searched_.end(), [&](const auto& folder) {
+      return isAtOrInside(namesake, folder);
+    });
+    if (isOffered || mac_.cloudFolderOf(namesake)) continue;
     if (isCopy(path, namesake)) return namesake;
   }
   return std::nullopt;

@@ -153,7 +153,8 @@ class Story {
 FinderResult PersonalFinder::find(const ScanContext& context) const {
   FinderResult result;
   std::vector<std::string> candidates;
-  for (const auto& folder : foldersToSearch(context, result.skipped)) {
+  const auto folders = foldersToSearch(context, result.skipped);
+  for (const auto& folder : folders) {
     for (auto& path : children(folder)) {
       if (isSymlink(path) || context.isClaimed(path) || holdsDrive(path, context)) continue;
       candidates.push_back(std::move(path));
@@ -166,7 +167,7 @@ FinderResult PersonalFinder::find(const ScanContext& context) const {
 
   std::set<std::string, std::less<>> names;
   for (const auto& path : candidates) names.emplace(lastComponent(path));
-  CopySearch copies(context.mac, std::move(names));
+  CopySearch copies(context.mac, std::move(names), folders);
   const Story story(context, copies);
   for (const auto& path : candidates) {
     result.findings.push_back(story.of(path, usages.at(path).bytes));
