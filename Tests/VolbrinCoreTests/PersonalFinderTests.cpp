@@ -151,6 +151,23 @@ TEST_F(PersonalFinderTest, NothingIsItsOwnCopyByWhateverWay) {
   EXPECT_EQ(copy(), "/Volumes/Ext/a/b/film.mov");
 }
 
+TEST_F(PersonalFinderTest, NeitherCopiesNorMovesLieWhereTheItemIs) {
+  machine_.file("~/Desktop/trip", "12345");
+  machine_.file("~/Documents/trip", "54321");
+  machine_.setFixture(R"({"drives": [
+      {"name": "Home", "total": 1000000000, "free": 900000000, "path": "/Users"},
+      {"name": "In", "total": 9, "free": 1, "path": "/Users/me/Movies/in/drive"}],
+      "cloud": ["/Users/cloud"]})");
+  machine_.file("/Users/cloud/trip", "12345");
+  machine_.file("~/Movies/in/drive/x");
+  const auto found = find(PersonalFinder()).findings;
+  ASSERT_EQ(found.size(), 2U);  // and not what holds a drive
+  for (const auto& finding : found) {
+    EXPECT_EQ(finding.duplicateOf, std::nullopt);  // not the other, which is offered as well
+    EXPECT_EQ(finding.action, actions::review);    // it is on the only drive with room
+  }
+}
+
 TEST_F(PersonalFinderTest, LooksAtWhatStandsInTheUsersOwnFolders) {
   std::vector<std::string> expected;
   for (const std::string path :

@@ -69,6 +69,17 @@ TEST_F(SteamFinderTest, ModsOfAGameThatIsNotInstalled) {
   EXPECT_THAT(listed(SteamFinder()), ::testing::UnorderedElementsAreArray(expected));
 }
 
+TEST_F(SteamFinderTest, LeavesModsThatAGameStillUses) {
+  fill(own + mods + "5");
+  list("a { path /Volumes/Ext/Steam }");
+  machine_.file(ext + "/steamapps/appmanifest_5.acf", "\xFF");  // a game, whatever it is called
+  EXPECT_THAT(listed(SteamFinder()), ElementsAre());
+  game(ext, '5', "Five");
+  machine_.folder(ext + mods);
+  machine_.link(ext + mods + "5", machine_.path(own + mods + "5"));  // these are the ones it uses
+  EXPECT_THAT(listed(SteamFinder()), ElementsAre());
+}
+
 TEST_F(SteamFinderTest, ModsOfAGameThatMovedAway) {
   const auto make = [this](const std::string& library, const char* a, const char* b) {
     machine_.file(library + mods + "5/in/a", a);
