@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -93,11 +94,28 @@ std::vector<Contender> installed(std::vector<Contender> all) {
   return all;
 }
 
-/// Prints a line of the table for each contender; ratios are to the first.
-void measure(const std::string& work, const std::vector<Contender>& all, std::size_t runs) {
+/// Reads every file of the trees, so that whoever comes next finds all of it in memory: what
+/// another contender left there, or the system took away meanwhile, is then the same for all.
+void readAll(const std::vector<std::string>& trees) {
+  std::vector<char> piece(1U << 20U);
+  for (const auto& tree : trees) {
+    for (const auto& entry : fs::recursive_directory_iterator(tree)) {
+      if (!entry.is_regular_file()) continue;
+      std::ifstream file(entry.path(), std::ios::binary);
+      while (file.read(piece.data(), static_cast<std::streamsize>(piece.size()))) {
+      }
+    }
+  }
+}
+
+/// Prints a line of the table for each contender; ratios are to the first. Files of `warmed` are
+/// read before each run.
+void measure(const std::string& work, const std::vector<Contender>& all, std::size_t runs,
+             const std::vector<std::string>& warmed = {}) {
   std::vector<std::vector<Cost>> costs(all.size());
   for (std::size_t round = 0; round <= runs; ++round) {
     for (std::size_t i = 0; i < all.size(); ++i) {
+      readAll(warmed);
       const Cost cost = run(all[i].command);
       if (round > 0) costs[i].push_back(cost);  // The first round warms the cache.
     }
@@ -166,7 +184,7 @@ void measureCompare(const Options& options, const std::string& name, std::size_t
                      {"diff -rq", {"diff", "-rq", a, b}},
                      {"rclone check --download", {"rclone", "check", "--download", a, b}},
                      {"rsync -rcn", {"rsync", "-rcn", "--delete", a + "/", b + "/"}}}),
-          options.runs);
+          options.runs, {a, b});
 }
 
 void runAll(const Options& options) {

@@ -26,4 +26,9 @@ namespace volbrin {
   return isDirectory(path) && !isSymlink(path);
 }
 
+/// Whether a text from somebody else's file names something in a folder, and no way out of it.
+[[nodiscard]] inline bool isFileName(const std::string& text) {
+  return !text.empty() && text != "." && text != ".." && text.find('/') == std::string::npos;
+}
+
 }  // namespace volbrin

@@ -35,12 +35,8 @@ std::set<std::string> namesOf(const InstalledApp& app, const Catalog& catalog) {
     if (!isOwnerOf(owner, app, appName)) continue;
     for (const auto& name : owner.names) names.insert(normalized(name));
   }
+  names.erase("");  // of signs alone: it would fit every other such name
   return names;
-}
-
-/// Whether an identifier, which anybody may write into a bundle, names a folder and no way.
-bool isFileName(const std::string& text) {
-  return !text.empty() && text != "." && text != ".." && text.find('/') == std::string::npos;
 }
 
 /// The search through all apps of one scan.

@@ -175,7 +175,7 @@ class Search {
 
     std::vector<const SteamGame*> games;
     for (const auto& [appID, game] : library.games) {
-      if (!game.installDir.empty()) games.push_back(&game);
+      if (isFileName(game.installDir)) games.push_back(&game);
     }
     std::stable_sort(games.begin(), games.end(),
                      [](const auto* a, const auto* b) { return a->name < b->name; });
