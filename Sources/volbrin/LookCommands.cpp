@@ -31,13 +31,14 @@ std::string usageLine(const std::string& path, const Usage& usage) {
 }
 
 std::string line(std::string_view label, const std::optional<std::string>& text) {
-  return text ? fmt::format("  {:<16}{}\n", label, nameText(*text)) : "";
+  return text ? fmt::format("  {:<18}{}\n", label, nameText(*text)) : "";
 }
 
 std::string explanationText(const Explanation& found, const Mac& mac) {
   std::string text = nameText(mac.display(found.path)) + "\n";
-  text += line("Size:", byteText(found.bytes));
-  if (found.unreadable > 0) {
+  const bool isThere = found.bytes > 0 || exists(found.path) || isSymlink(found.path);
+  text += isThere ? line("Size:", byteText(found.bytes)) : line("", "nothing is there");
+  if (isThere && found.unreadable > 0) {
     text += line("", fmt::format("at least: {} {} couldn't be read", found.unreadable,
                                  found.unreadable == 1 ? "entry" : "entries"));
   }

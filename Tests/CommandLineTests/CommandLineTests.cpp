@@ -35,7 +35,7 @@ TEST_F(CommandLineTests, PrintsTheTextOfEachCommand) {
       {{"usage", "~/Library/Caches"}, " ", " GB  ~/Library/Caches\n"},
       {{"explain", "~/Library/Caches/tool"},
        "~/Library/Caches/tool\n  Size: ",
-       "  Known as:       Title of tool [tool]\n"},
+       "  Known as:         Title of tool [tool]\n"},
       {{"compare", "~/.Trash", "~/.Trash", "--checksums"}, "The same: 1 file, contents", "."},
       {{"apps"}, "Photo Lab  (com.maker.photolab)\n", "/Applications/Photo Lab.app\n"},
       {{"catalog", "check"}, "The rules are sound.\n", ""}};
