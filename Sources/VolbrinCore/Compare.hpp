@@ -6,8 +6,8 @@
 #include <unordered_map>
 
 #include "Bytes.hpp"
-#include "DiskUsage.hpp"
 #include "Json.hpp"
+#include "Usage.hpp"
 
 /// Proving that a second copy of something exists. Nothing here touches what it reads.
 namespace volbrin {

@@ -5,32 +5,9 @@
 #include <unordered_set>
 #include <vector>
 
-#include "Bytes.hpp"
-#include "Json.hpp"
+#include "Usage.hpp"
 
 namespace volbrin {
-
-/// What a path takes on disk.
-struct Usage {
-  ByteCount bytes = 0;          ///< allocated bytes
-  std::int64_t unreadable = 0;  ///< entries that couldn't be read: `bytes` is then a lower bound
-
-  bool operator==(const Usage&) const = default;
-};
-
-template <>
-struct RecordFields<Usage> {
-  static constexpr auto list =
-      std::tuple{field("bytes", &Usage::bytes), field("unreadable", &Usage::unreadable)};
-};
-
-/// Hears how a measurement goes on.
-class MeasureObserver {
- public:
-  virtual ~MeasureObserver() = default;
-  /// So many bytes more have been counted. Called from any of the threads that measure.
-  virtual void measured(ByteCount bytes) = 0;
-};
 
 /// What the tree at `path` takes on disk: the allocated blocks of every entry, its own among them.
 /// A file with several names counts once in a call. Links count themselves and are never followed;

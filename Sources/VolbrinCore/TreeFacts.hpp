@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "Dates.hpp"
-#include "DiskUsage.hpp"
 #include "OwnFiles.hpp"
+#include "Usage.hpp"
 
 namespace volbrin {
 

@@ -2,10 +2,10 @@
 
 #include <functional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "TreeVisitor.hpp"
+#include "WalkOptions.hpp"
 
 /// The one traversal of the engine: everything that looks at whole trees is a visitor on it.
 ///
@@ -14,29 +14,6 @@
 /// are not entered. Several lanes (threads) share the work where it pays; memory grows with the
 /// depth of the tree and the widest folders on the way down, never with the number of files.
 namespace volbrin {
-
-struct WalkOptions {
-  /// Folders (absolute paths) that are visited but not entered, a root among them too.
-  std::unordered_set<std::string> passedOver = {};
-
-  enum class Detail {
-    stat,  ///< an entry's whole record: one metadata call each
-    kind,  ///< only what its folder's listing tells: no calls of its own
-  };
-  Detail detail = Detail::stat;
-
-  enum class Order {
-    any,     ///< as the lanes come by
-    byName,  ///< one lane; names in each folder ascending by bytes, a folder's contents behind it
-  };
-  Order order = Order::any;
-
-  enum class RootLinks {
-    refuse,  ///< a root that is a link is one entry
-    follow,  ///< a root that is a link to a folder stands for the folder
-  };
-  RootLinks rootLinks = RootLinks::refuse;
-};
 
 /// Walks every tree of `roots`, absolute paths; those that are fenced are left out. `makeVisitor`
 /// is called on the calling thread or under a lock, once for each lane, and the visitors must

@@ -5,9 +5,9 @@
 #include <mutex>
 #include <vector>
 
-#include "DiskUsage.hpp"
 #include "LinkedFiles.hpp"
 #include "TreeVisitor.hpp"
+#include "Usage.hpp"
 
 namespace volbrin {
 

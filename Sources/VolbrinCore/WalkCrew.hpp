@@ -15,7 +15,8 @@
 #include "NameList.hpp"
 #include "Parallel.hpp"
 #include "SkipTree.hpp"
-#include "TreeWalk.hpp"
+#include "TreeVisitor.hpp"
+#include "WalkOptions.hpp"
 
 /// How the lanes of one walk share its work.
 namespace volbrin {
