@@ -55,7 +55,7 @@ TEST_F(AppCachesFinderTest, CountsWhatReachesTheLimitOfEachAndThenOfAll) {
   fill(caches + "org.open.app");
   machine_.file(caches + "small/x");
   machine_.setFixture(R"({"drives": [], "running": ["org.open.app"]})");
-  const auto expect = [&](ByteCount each, ByteCount all, std::vector<std::string> lines,
+  const auto expect = [&](ByteCount each, ByteCount all, const std::vector<std::string>& lines,
                           int notes) {
     catalog_.thresholds.appCacheEach = each;
     catalog_.thresholds.appCaches = all;
