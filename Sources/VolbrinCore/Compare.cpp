@@ -57,19 +57,27 @@ FileSizes sizesUnder(const std::string& root, WalkOptions::RootLinks links, std:
   return sizes;
 }
 
-/// Whether two streams deliver the same bytes; of two that aren't open nothing can be told apart.
+/// What two streams are to each other.
+enum class Streams {
+  same,
+  differing,
+  unseen,  ///< nothing tells them apart, but they couldn't be opened or read to their end
+};
+
 /// Equal streams are what equal digests would stand for, proved without them.
-bool deliverTheSame(FileStream a, FileStream b, CompareBy by) {
+Streams compareStreams(FileStream a, FileStream b, CompareBy by) {
   if (by == CompareBy::contentsOnDrive && b.isOpen()) b.dropFromMemory();
-  if (!a.isOpen() || !b.isOpen()) return a.isOpen() == b.isOpen();
+  if (!a.isOpen() && !b.isOpen()) return Streams::unseen;
+  if (!a.isOpen() || !b.isOpen()) return Streams::differing;
   thread_local const auto buffer = std::make_unique<std::byte[]>(2 * pieceBytes);
   const std::span<std::byte> pieceOfA(buffer.get(), pieceBytes);
   const std::span<std::byte> pieceOfB(buffer.get() + pieceBytes, pieceBytes);
   while (true) {
     const std::size_t count = a.fill(pieceOfA);
-    if (b.fill(pieceOfB) != count) return false;
-    if (std::memcmp(pieceOfA.data(), pieceOfB.data(), count) != 0) return false;
-    if (count < pieceBytes) return true;
+    if (b.fill(pieceOfB) != count) return Streams::differing;
+    if (std::memcmp(pieceOfA.data(), pieceOfB.data(), count) != 0) return Streams::differing;
+    if (a.hasFailed() || b.hasFailed()) return Streams::unseen;
+    if (count < pieceBytes) return Streams::same;
   }
 }
 
@@ -77,9 +85,12 @@ TreeDiff compareFiles(const std::string& a, const std::string& b, CompareBy by) 
   TreeDiff diff;
   diff.files = 1;
   diff.checksummed = by != CompareBy::size;
-  const bool isSame = sizeOf(a) == sizeOf(b) &&
-                      (by == CompareBy::size || deliverTheSame(FileStream(a), FileStream(b), by));
-  diff.differing = isSame ? 0 : 1;
+  auto found = sizeOf(a) == sizeOf(b) ? Streams::same : Streams::differing;
+  if (found == Streams::same && by != CompareBy::size) {
+    found = compareStreams(FileStream(a), FileStream(b), by);
+  }
+  diff.differing = found == Streams::differing ? 1 : 0;
+  diff.unseen = found == Streams::unseen ? 1 : 0;
   return diff;
 }
 
@@ -89,21 +100,23 @@ struct Pair {
   ByteCount size;
 };
 
-std::int64_t countDiffering(const std::string& a, const std::string& b, std::vector<Pair> pairs,
-                            CompareBy by, MeasureObserver* observer) {
+/// Adds what a look at the contents of the pairs tells.
+void compareContents(const std::string& a, const std::string& b, std::vector<Pair> pairs,
+                     CompareBy by, MeasureObserver* observer, TreeDiff& diff) {
   // The biggest first, so that no thread is left with one at the end.
   std::sort(pairs.begin(), pairs.end(), [](const Pair& x, const Pair& y) {
     return x.size != y.size ? x.size > y.size : *x.path < *y.path;
   });
   const Descriptor folderOfA = openFolder(a + "/.");
   const Descriptor folderOfB = openFolder(b + "/.");
-  const auto same = parallelMap(pairs, [&](const Pair& pair) {
-    const bool isSame =
-        deliverTheSame(FileStream(folderOfA, *pair.path), FileStream(folderOfB, *pair.path), by);
+  const auto found = parallelMap(pairs, [&](const Pair& pair) {
+    const auto streams =
+        compareStreams(FileStream(folderOfA, *pair.path), FileStream(folderOfB, *pair.path), by);
     if (observer != nullptr) observer->measured(pair.size);
-    return isSame;
+    return streams;
   });
-  return std::count(same.begin(), same.end(), false);
+  diff.differing += std::count(found.begin(), found.end(), Streams::differing);
+  diff.unseen += std::count(found.begin(), found.end(), Streams::unseen);
 }
 
 TreeDiff compareFolders(const std::string& a, const std::string& b, CompareBy by,
@@ -127,7 +140,7 @@ TreeDiff compareFolders(const std::string& a, const std::string& b, CompareBy by
   const auto inBoth = diff.files - diff.onlyHere;
   diff.onlyThere = static_cast<std::int64_t>(there.size()) - inBoth;
   if (by != CompareBy::size) {
-    diff.differing += countDiffering(a, b, std::move(sameSize), by, observer);
+    compareContents(a, b, std::move(sameSize), by, observer, diff);
   }
   return diff;
 }

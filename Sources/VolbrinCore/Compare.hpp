@@ -20,8 +20,8 @@ struct TreeDiff {
   std::int64_t onlyThere = 0;  ///< files under the second path with none there under the first
   std::int64_t differing = 0;  ///< files that stand in both and differ
   bool checksummed = false;    ///< contents were read; false means sizes only
-  /// What couldn't be looked at on either side: unreadable folders, vanished entries, what is
-  /// mounted inside. Has no JSON form.
+  /// What couldn't be looked at: unreadable folders, vanished entries, what is mounted inside, and
+  /// files that can't be read on both sides. Has no JSON form.
   std::int64_t unseen = 0;
 
   [[nodiscard]] bool identical() const { return onlyHere == 0 && onlyThere == 0 && differing == 0; }

@@ -39,6 +39,7 @@ std::size_t FileStream::fill(std::span<std::byte> piece) {
     const auto count =
         ::read(file_.get(), piece.data() + filled, std::min(piece.size() - filled, mostPerRead));
     if (count < 0 && errno == EINTR) continue;
+    hasFailed_ = hasFailed_ || count < 0;
     if (count <= 0) break;
     filled += static_cast<std::size_t>(count);
   }

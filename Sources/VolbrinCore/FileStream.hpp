@@ -27,13 +27,17 @@ class FileStream {
   [[nodiscard]] bool isOpen() const { return static_cast<bool>(file_); }
 
   /// Fills `piece` from where the last read ended; returns how much of it is filled, less than all
-  /// only at the end. A failed read ends the file.
+  /// only at the end. A failed read ends the file; see `hasFailed`.
   [[nodiscard]] std::size_t fill(std::span<std::byte> piece);
+
+  /// Whether a read has failed: what was delivered may not be all there is.
+  [[nodiscard]] bool hasFailed() const { return hasFailed_; }
 
  private:
   explicit FileStream(Descriptor file);
 
   Descriptor file_;
+  bool hasFailed_ = false;
 };
 
 }  // namespace volbrin

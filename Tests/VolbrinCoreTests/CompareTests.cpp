@@ -105,9 +105,11 @@ TEST_F(CompareTests, ComparesAnythingElseAsSingleFiles) {
         Case{"one", "folder", 1, 1}, Case{"folder", "none", 1, 1}}) {
     for (const auto by : {CompareBy::size, CompareBy::contents}) {
       const auto wanted = by == CompareBy::size ? bySize : byContents;
-      EXPECT_EQ(compareTrees(folder_.at(a), folder_.at(b), by),
-                (TreeDiff{1, 0, 0, wanted, by == CompareBy::contents}))
-          << a << ", " << b;
+      auto diff = compareTrees(folder_.at(a), folder_.at(b), by);
+      EXPECT_EQ(diff.unseen, by == CompareBy::contents && std::string(a) == "none" &&
+                                 std::string(b) == "nowhere");
+      diff.unseen = 0;
+      EXPECT_EQ(diff, (TreeDiff{1, 0, 0, wanted, by == CompareBy::contents})) << a << ", " << b;
     }
   }
   const auto behind = compareTrees(folder_.at("to folder"), folder_.at("folder"), CompareBy::size);
@@ -132,12 +134,23 @@ TEST_F(CompareTests, TakesOnlyASecondCopyForOne) {
   fs::permissions(folder_.path(), fs::perms(0755));
   fs::permissions(folder_.folder("a/locked"), fs::perms::none);
   EXPECT_TRUE(compareTrees(folder_.at("a"), folder_.at("b"), CompareBy::size).identical());
+  HelperThread::setWidth(1);  // what follows runs in forked processes
   const auto provesAsOrdinaryUser = [&] {
     if (::setuid(65534) != 0) ::_exit(2);
     const auto diff = compareCopies(folder_.at("a"), folder_.at("b"), CompareBy::size);
     ::_exit(diff && diff->isProof() ? 1 : 0);
   };
   EXPECT_EXIT(provesAsOrdinaryUser(), testing::ExitedWithCode(0), "");
+  fs::remove(folder_.at("a/locked"));
+  for (const char* side : {"a", "b"}) {  // alike in size, and nobody can tell more
+    fs::permissions(folder_.file(std::string(side) + "/shut", side), fs::perms::none);
+  }
+  const auto provesNothing = [&] {
+    if (::setuid(65534) != 0) ::_exit(2);
+    const auto diff = compareCopies(folder_.at("a"), folder_.at("b"), CompareBy::contents);
+    ::_exit(diff && diff->identical() && diff->unseen == 1 && !diff->isProof() ? 0 : 1);
+  };
+  EXPECT_EXIT(provesNothing(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(CompareTests, ReadsNothingThatIsFenced) {
