@@ -47,6 +47,12 @@ enum class MountPoints { cross, refuse };
 /// refused. An empty path opens the folder itself anew.
 [[nodiscard]] Descriptor openPathBelow(const Descriptor& folder, const std::string& relative);
 
+/// Opens the folder at `path`, absolute and of any length, to act on what is in it: it may be one
+/// whose entries this user may not list. A link anywhere on the way is refused.
+[[nodiscard]] Descriptor holdFolder(const std::string& path);
+/// The same for the folder `name` of `parent`, which may lie on another drive.
+[[nodiscard]] Descriptor holdFolderBelow(const Descriptor& parent, const char* name);
+
 /// Opens a file for reading by its path below an open folder, however long. A link anywhere on the
 /// way is refused, and nothing waits for a pipe's other end. What is opened may be no regular file.
 [[nodiscard]] Descriptor openFileBelow(const Descriptor& folder, const std::string& relative);

@@ -29,13 +29,16 @@ namespace volbrin {
 bool syncFile(const Descriptor& file);
 /// Brings the names in a folder to its drive. Whether it could.
 bool syncFolder(const std::string& path);
+bool syncFolder(const Descriptor& folder);
 
 /// Lets go of what memory holds of a file, so that it is read from its drive next; for what has
 /// been synced. Without effect where the system can't.
 void dropFromMemory(const Descriptor& file);
 
-/// Gives `from` the name `to`, and nothing that stands at `to` is ever replaced. Raises
-/// std::system_error with the system's own error, EEXIST when `to` is taken.
-void renameExclusively(const std::string& from, const std::string& to);
+/// Gives the entry `from` of a folder the place `to` in another, which may be the same; nothing
+/// that stands there is ever replaced. False, with the system's number in errno, when it stays
+/// where it is: EEXIST when the place is taken, EXDEV when it is on another drive.
+[[nodiscard]] bool renameExclusively(const Descriptor& fromFolder, const std::string& from,
+                                     const Descriptor& toFolder, const std::string& to);
 
 }  // namespace volbrin

@@ -27,7 +27,8 @@ struct CopyFault {
 };
 
 /// Copies the file, link or folder at `source` to `target`, which must not exist, in a folder that
-/// does: nothing is ever merged into what is there or appears meanwhile. Keeps contents with their
+/// does: nothing is ever merged into what is there or appears meanwhile. Links in the folders above
+/// either are refused. Keeps contents with their
 /// holes, links as links, hard links within the tree, modes, owners, extended attributes with the
 /// access lists in them, and times, as far as the target's file system and the user's rights allow;
 /// contents always. Pipes, sockets and devices are refused before anything is copied. When it

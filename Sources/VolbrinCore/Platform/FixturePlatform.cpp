@@ -1,21 +1,14 @@
 #include "FixturePlatform.hpp"
 
 #include <algorithm>
-#include <filesystem>
+#include <system_error>
 
-#include "../Files.hpp"
+#include "../HeldItem.hpp"
 #include "../MachinePaths.hpp"
 #include "../Paths.hpp"
 #include "../PropertyList.hpp"
-#include "../System.hpp"
 
 namespace volbrin {
-namespace {
-
-bool isFree(const std::string& path) { return !exists(path) && !isSymlink(path); }
-
-}  // namespace
-
 FixturePlatform::FixturePlatform(std::string root, std::string home, Fixture fixture)
     : root_(std::move(root)), home_(std::move(home)), fixture_(std::move(fixture)) {}
 
@@ -32,21 +25,17 @@ std::vector<DriveInfo> FixturePlatform::drives() const {
 std::string FixturePlatform::trashFolder() const { return home_ + "/.Trash"; }
 
 std::string FixturePlatform::trash(const std::string& path) const {
-  const std::string folder = trashFolder();
-  std::filesystem::create_directories(folder);
-  const std::string first = below(folder, lastComponent(path));
-  std::string candidate = first;
-  for (int number = 2;; ++number) {
-    if (isFree(candidate)) {
-      try {
-        renameExclusively(path, candidate);
-        return candidate;
-      } catch (const std::system_error& error) {
-        // Taken between the look and the move: count on.
-        if (error.code() != std::errc::file_exists) throw;
-      }
+  const HeldItem item = holdItem(path);
+  HeldItem place = holdItem(trashFolder());
+  place.folder = makeFolderBelow(place.folder, place.name, 0700);
+  for (int number = 1;; ++number) {
+    place.name = number == 1 ? item.name : item.name + " " + std::to_string(number);
+    try {
+      moveExclusively(item, place);
+      return below(trashFolder(), place.name);
+    } catch (const std::system_error& error) {
+      if (error.code() != std::errc::file_exists) throw;  // taken: count on
     }
-    candidate = first + " " + std::to_string(number);
   }
 }
 

@@ -35,6 +35,10 @@ class Platform {
            path.find("/.Trashes/") != std::string::npos;
   }
 
+  /// What lay at `path` in the Trash was taken out of it again: lets go of what the system noted
+  /// there.
+  virtual void forgetTrashed(const std::string& /*path*/) const {}
+
   /// Copies a tree (TreeCopy.hpp). Absent when the copy is whole and on its drive.
   virtual std::optional<CopyFault> copyTree(const std::string& source, const std::string& target,
                                             CopyObserver* observer) const {

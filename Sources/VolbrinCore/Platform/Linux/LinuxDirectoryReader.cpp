@@ -11,6 +11,7 @@
 #include <climits>
 
 #include "../../DirectoryReader.hpp"
+#include "../../Text.hpp"
 
 namespace volbrin {
 namespace {
@@ -123,6 +124,19 @@ Descriptor openPathBelow(const Descriptor& folder, const std::string& relative) 
   if (above == nullptr) return {};
   const char* rest = relative.empty() ? "." : relative.c_str() + at;
   return openFolderBelow(*above, rest, MountPoints::refuse);
+}
+
+Descriptor holdFolderBelow(const Descriptor& parent, const char* name) {
+  return Descriptor(::openat(parent.get(), name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+Descriptor holdFolder(const std::string& path) {
+  Descriptor folder(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+  for (const auto name : split(path, '/')) {
+    if (!folder) break;
+    folder = holdFolderBelow(folder, std::string(name).c_str());
+  }
+  return folder;
 }
 
 Descriptor openFileBelow(const Descriptor& folder, const std::string& relative) {

@@ -62,6 +62,10 @@ bool LinuxPlatform::isInTrash(const std::string& path) const {
          path.find("/.Trash-" + number + "/files/") != std::string::npos;
 }
 
+void LinuxPlatform::forgetTrashed(const std::string& path) const {
+  if (isInTrash(path)) volbrin::forgetTrashed(path);
+}
+
 std::optional<std::string> LinuxPlatform::run(const std::vector<std::string>& arguments) const {
   if (arguments.empty()) return std::nullopt;
   const auto program = arguments.front().starts_with('/') ? std::optional(arguments.front())

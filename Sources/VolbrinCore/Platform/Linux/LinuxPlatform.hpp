@@ -14,6 +14,7 @@ class LinuxPlatform final : public Platform {
   [[nodiscard]] std::string trashFolder() const override;
   std::string trash(const std::string& path) const override;
   [[nodiscard]] bool isInTrash(const std::string& path) const override;
+  void forgetTrashed(const std::string& path) const override;
   [[nodiscard]] std::optional<std::string> run(
       const std::vector<std::string>& arguments) const override;
   bool runAsAdmin(const std::vector<std::vector<std::string>>& commands) const override;

@@ -38,14 +38,47 @@ bool syncFolder(const std::string& path) {
   return folder && ::fsync(folder.get()) == 0;
 }
 
+bool syncFolder(const Descriptor& folder) {
+  const Descriptor open(::openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return open && ::fsync(open.get()) == 0;
+}
+
 void dropFromMemory(const Descriptor& file) {
   ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_DONTNEED);
 }
 
-void renameExclusively(const std::string& from, const std::string& to) {
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
-    throw std::system_error(errno, std::generic_category(), from);
+namespace {
+
+/// For file systems that know no exclusive renaming (NFS, some in user space). A new name is made
+/// exclusively all the same: a folder takes the place of an empty one made for it, which fails as
+/// soon as something is in that one, and anything else gets a second name and loses its first.
+bool renameInSteps(int fromFolder, const char* from, int toFolder, const char* to) {
+  struct stat status {};
+  if (::fstatat(fromFolder, from, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+  const int removal = S_ISDIR(status.st_mode) ? AT_REMOVEDIR : 0;
+  if (removal != 0) {
+    if (::mkdirat(toFolder, to, 0700) != 0) return false;
+    if (::renameat(fromFolder, from, toFolder, to) == 0) return true;
+  } else {
+    if (::linkat(fromFolder, from, toFolder, to, 0) != 0) return false;
+    if (::unlinkat(fromFolder, from, 0) == 0) return true;
   }
+  const int error = errno;
+  ::unlinkat(toFolder, to, removal);
+  errno = error;
+  return false;
+}
+
+}  // namespace
+
+bool renameExclusively(const Descriptor& fromFolder, const std::string& from,
+                       const Descriptor& toFolder, const std::string& to) {
+  if (::renameat2(fromFolder.get(), from.c_str(), toFolder.get(), to.c_str(), RENAME_NOREPLACE) ==
+      0) {
+    return true;
+  }
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  return renameInSteps(fromFolder.get(), from.c_str(), toFolder.get(), to.c_str());
 }
 
 }  // namespace volbrin

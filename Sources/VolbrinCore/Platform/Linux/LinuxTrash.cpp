@@ -14,8 +14,8 @@
 
 #include "../../Descriptor.hpp"
 #include "../../Files.hpp"
+#include "../../HeldItem.hpp"
 #include "../../Paths.hpp"
-#include "../../System.hpp"
 #include "LinuxDrives.hpp"
 
 namespace volbrin {
@@ -25,23 +25,22 @@ namespace {
   throw std::system_error(error, std::generic_category(), path);
 }
 
-struct stat ownStat(const std::string& path) {
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) raise(errno, path);
-  return status;
-}
-
 /// A Trash folder, and the part of a trashed path that its records leave out.
 struct TrashCan {
   std::string folder;
   std::string base;  ///< records hold paths relative to it; empty for absolute ones
 };
 
-/// Made with its parents, for this user alone; a link in its place is refused.
-void makePrivateFolder(const std::string& path) {
-  std::filesystem::create_directories(parentFolder(path));
-  if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) raise(errno, path);
-  if (!S_ISDIR(ownStat(path).st_mode)) raise(ENOTDIR, path);
+/// The Trash, held; made with its parents, for this user alone. A link in its place is refused, and
+/// on a drive so is a folder that another user made: what goes there would be theirs.
+Descriptor openCan(const TrashCan& can) {
+  std::filesystem::create_directories(parentFolder(can.folder));
+  const HeldItem place = holdItemThroughLinks(can.folder);
+  Descriptor folder = makeFolderBelow(place.folder, place.name, 0700);
+  struct stat status {};
+  if (::fstat(folder.get(), &status) != 0) raise(errno, can.folder);
+  if (!can.base.empty() && status.st_uid != ::geteuid()) raise(EPERM, can.folder);
+  return folder;
 }
 
 /// "$topdir/.Trash" may be used only when an administrator made it so that nobody can play with it:
@@ -54,13 +53,16 @@ std::optional<std::string> sharedTrash(const std::string& topdir) {
   return below(folder, std::to_string(::getuid()));
 }
 
-TrashCan trashCanFor(const std::string& path, const std::string& home) {
+TrashCan trashCanFor(const std::string& path, const HeldItem& item, const std::string& home) {
   const std::string own = homeTrash(home);
-  const auto device = ownStat(path).st_dev;
-  std::string above = own;
-  struct stat status {};
-  while (::stat(above.c_str(), &status) != 0 && above != "/") above = parentFolder(above);
-  if (status.st_dev == device) return {own, ""};
+  struct stat status {
+  }, above{};
+  if (::fstatat(item.folder.get(), item.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    raise(errno, path);
+  }
+  std::string folder = own;
+  while (::stat(folder.c_str(), &above) != 0 && folder != "/") folder = parentFolder(folder);
+  if (above.st_dev == status.st_dev) return {own, ""};
 
   const std::string topdir = mountPointOf(resolved(std::string(parentFolder(path))).value_or(path));
   const auto shared = sharedTrash(topdir);
@@ -103,21 +105,24 @@ std::string shortened(std::string_view name) {
 }
 
 /// Whether the record's name was free; it is then written.
-bool writeExclusively(const std::string& file, const std::string& contents) {
-  const Descriptor record(
-      ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+bool writeExclusively(const HeldItem& place, const std::string& contents) {
+  const char* name = place.name.c_str();
+  const Descriptor record(::openat(place.folder.get(), name,
+                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!record) {
     if (errno == EEXIST) return false;
-    raise(errno, file);
+    raise(errno, place.name);
   }
   const auto written = ::write(record.get(), contents.data(), contents.size());
   if (written != static_cast<ssize_t>(contents.size())) {
     const int error = written < 0 ? errno : ENOSPC;
-    ::unlink(file.c_str());
-    raise(error, file);
+    ::unlinkat(place.folder.get(), name, 0);
+    raise(error, place.name);
   }
   return true;
 }
+
+constexpr std::string_view recordEnding = ".trashinfo";
 
 }  // namespace
 
@@ -128,27 +133,35 @@ std::string homeTrash(const std::string& home) {
 }
 
 std::string moveToTrash(const std::string& path, const std::string& home) {
-  const TrashCan can = trashCanFor(path, home);
-  const std::string files = below(can.folder, "files");
-  const std::string info = below(can.folder, "info");
-  makePrivateFolder(can.folder);
-  makePrivateFolder(files);
-  makePrivateFolder(info);
+  const HeldItem item = holdItem(path);
+  const TrashCan can = trashCanFor(path, item, home);
+  const Descriptor folder = openCan(can);
+  HeldItem file{makeFolderBelow(folder, "files", 0700), ""};
+  HeldItem record{makeFolderBelow(folder, "info", 0700), ""};
 
-  const std::string name = shortened(lastComponent(path));
+  const std::string name = shortened(item.name);
   for (int number = 1;; ++number) {
-    const std::string taken = number == 1 ? name : name + " " + std::to_string(number);
-    const std::string record = below(info, taken + ".trashinfo");
+    file.name = number == 1 ? name : name + " " + std::to_string(number);
+    record.name = file.name + std::string(recordEnding);
     if (!writeExclusively(record, trashRecord(path, can))) continue;
     try {
-      renameExclusively(path, below(files, taken));
-      return below(files, taken);
+      moveExclusively(item, file);
+      return below(can.folder, "files/" + file.name);
     } catch (const std::system_error& error) {
-      ::unlink(record.c_str());
+      ::unlinkat(record.folder.get(), record.name.c_str(), 0);
       // A file without a record, left by another program: count on.
       if (error.code() != std::errc::file_exists) throw;
     }
   }
+}
+
+void forgetTrashed(const std::string& path) {
+  const std::string_view files = parentFolder(path);
+  if (lastComponent(files) != "files") return;
+  const auto info = below(parentFolder(files), "info");
+  const Descriptor folder = holdFolder(resolved(info).value_or(info));
+  const auto record = std::string(lastComponent(path)) + std::string(recordEnding);
+  ::unlinkat(folder.get(), record.c_str(), 0);
 }
 
 }  // namespace volbrin

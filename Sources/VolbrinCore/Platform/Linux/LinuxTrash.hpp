@@ -15,4 +15,7 @@ namespace volbrin {
 /// Raises std::system_error; `path` is then where it was.
 std::string moveToTrash(const std::string& path, const std::string& home);
 
+/// Removes the record of what lay at `path` in a Trash and was taken out of it.
+void forgetTrashed(const std::string& path);
+
 }  // namespace volbrin

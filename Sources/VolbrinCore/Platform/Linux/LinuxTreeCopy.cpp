@@ -129,11 +129,11 @@ class Copier final : public TreeVisitor {
   }
 
   void copyRoot(const WalkEntry& entry) {
-    const Descriptor above = openFolder(std::string(parentFolder(source_)));
+    const Descriptor above = holdFolder(std::string(parentFolder(source_)));
     if (!above) fail(source_);
-    const Descriptor targetAbove = openFolder(std::string(parentFolder(target_)) + "/.");
-    if (!targetAbove) fail(target_);
-    copyItem(entry, above, std::string(lastComponent(source_)), targetAbove,
+    targetAbove_ = holdFolder(std::string(parentFolder(target_)));
+    if (!targetAbove_) fail(target_);
+    copyItem(entry, above, std::string(lastComponent(source_)), targetAbove_,
              std::string(lastComponent(target_)), "");
   }
 
@@ -307,14 +307,14 @@ class Copier final : public TreeVisitor {
   }
 
   void sync() const {
-    const Descriptor above = openFolder(std::string(parentFolder(target_)) + "/.");
-    if (!above) fail(target_);
+    const Descriptor above = openFolderBelow(targetAbove_, ".", MountPoints::cross);
     // One call for the whole drive costs less than one for each of many files.
-    if (::syncfs(above.get()) != 0) fail(target_);
+    if (!above || ::syncfs(above.get()) != 0) fail(target_);
   }
 
   std::string source_, target_;
   CopyObserver* observer_;
+  Descriptor targetAbove_;
   std::vector<OpenFolder> folders_;
   std::map<std::pair<std::uint64_t, std::uint64_t>, std::string> linked_;  ///< first path of each
   std::unique_ptr<char[]> buffer_;

@@ -1,0 +1,44 @@
+#include "HeldItem.hpp"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "Files.hpp"
+#include "Paths.hpp"
+#include "System.hpp"
+
+namespace volbrin {
+namespace {
+
+[[noreturn]] void raise(const std::string& path) {
+  throw std::system_error(errno, std::generic_category(), path);
+}
+
+}  // namespace
+
+HeldItem holdItem(const std::string& path) {
+  HeldItem item{holdFolder(std::string(parentFolder(path))), std::string(lastComponent(path))};
+  if (!item.folder) raise(path);
+  return item;
+}
+
+HeldItem holdItemThroughLinks(const std::string& path) {
+  const auto folder = resolved(std::string(parentFolder(path)));
+  if (!folder) raise(path);
+  return holdItem(below(*folder, lastComponent(path)));
+}
+
+Descriptor makeFolderBelow(const Descriptor& parent, const std::string& name, unsigned mode) {
+  if (::mkdirat(parent.get(), name.c_str(), mode) != 0 && errno != EEXIST) raise(name);
+  Descriptor folder = holdFolderBelow(parent, name.c_str());
+  if (!folder) raise(name);
+  return folder;
+}
+
+void moveExclusively(const HeldItem& from, const HeldItem& to) {
+  if (!renameExclusively(from.folder, from.name, to.folder, to.name)) raise(from.name);
+}
+
+}  // namespace volbrin
