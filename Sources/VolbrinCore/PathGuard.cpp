@@ -8,11 +8,14 @@
 
 namespace volbrin {
 
-PathGuard::PathGuard(const Catalog& catalog, const Mac& mac, const std::vector<Rule>& extra) {
-  for (const auto& rule : catalog.protectedPaths)
+PathGuard::PathGuard(const Catalog& catalog, const Mac& mac,
+                     const std::vector<ProtectedPath>& extra) {
+  const auto add = [&](const auto& rule) {
     rules_.push_back({withoutRepeatedSlashes(mac.path(rule.path)), rule.why});
+  };
+  for (const auto& rule : catalog.protectedPaths) add(rule);
   for (const auto& folder : mac.cloud()) rules_.push_back({folder.path, folder.name});
-  rules_.insert(rules_.end(), extra.begin(), extra.end());
+  for (const auto& rule : extra) add(rule);
   for (const auto& ending : catalog.protectedSuffixes)
     suffixes_.push_back({ending.path, ending.why});
 }

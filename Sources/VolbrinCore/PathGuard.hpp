@@ -15,17 +15,8 @@ namespace volbrin {
 /// plain, byte by byte.
 class PathGuard {
  public:
-  struct Rule {
-    std::string path;  ///< absolute
-    std::string why;
-  };
-  struct Suffix {
-    std::string suffix;  ///< the ending of a path component
-    std::string why;
-  };
-
-  /// `extra` are the user's own rules, already absolute.
-  PathGuard(const Catalog& catalog, const Mac& mac, const std::vector<Rule>& extra);
+  /// `extra` are the user's own rules.
+  PathGuard(const Catalog& catalog, const Mac& mac, const std::vector<ProtectedPath>& extra);
 
   enum class Contents { include, leaveOut };
 
@@ -44,6 +35,15 @@ class PathGuard {
   [[nodiscard]] std::vector<std::string> protectedInside(std::string_view path) const;
 
  private:
+  struct Rule {
+    std::string path;  ///< absolute
+    std::string why;
+  };
+  struct Suffix {
+    std::string suffix;  ///< the ending of a path component
+    std::string why;
+  };
+
   std::vector<Rule> rules_;
   std::vector<Suffix> suffixes_;
 };

@@ -13,21 +13,12 @@
 #include "Finders/StaleMounts.hpp"
 #include "Finders/Steam.hpp"
 #include "Finders/UnusedApps.hpp"
-#include "Paths.hpp"
 #include "PrivacyFence.hpp"
 #include "ScanGate.hpp"
 #include "ScanScene.hpp"
 
 namespace volbrin {
 namespace {
-
-PathGuard guardFor(const Catalog& catalog, const Mac& mac, const ScanOptions& options) {
-  std::vector<PathGuard::Rule> extra;
-  for (const auto& added : options.extraProtected) {
-    extra.push_back({withoutRepeatedSlashes(mac.path(added.path)), added.why});
-  }
-  return {catalog, mac, extra};
-}
 
 void runFinders(const ScanContext& context, ScanGate& gate, ScanReport& report) {
   for (const auto& [name, finder] : Scanner::finders()) {
@@ -78,7 +69,7 @@ ScanReport Scanner::scan(const Mac& mac, const Catalog& catalog, const ScanOptio
   report.scannedAt = options.now;
   report.drives = context.drives;
   report.trashBytes = mac.trashBytes();
-  ScanGate gate(context, guardFor(catalog, mac, options));
+  ScanGate gate(context, PathGuard(catalog, mac, options.extraProtected));
   runFinders(context, gate, report);
   sortFindings(report.findings);
 

@@ -18,7 +18,7 @@ TEST(PathGuardTest, ARuleKeepsItsPathAllInItAndWithContentsAllAbove) {
                             {"~/Library/Mail/Old", "your old mail"},
                             {"~/Library/Chats", "your mail"}};
   catalog.protectedSuffixes = {{".photoslibrary", "your photos"}};
-  const PathGuard guard(catalog, machine.mac(), {{machine.path("~/Mine"), "you said so"}});
+  const PathGuard guard(catalog, machine.mac(), {{"~/Mine", "you said so"}});
   const auto expect = [&](const Words& alone, const Words& withContents,
                           const std::vector<const char*>& paths) {
     for (const char* written : paths) {
