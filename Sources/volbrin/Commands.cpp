@@ -6,7 +6,7 @@
 namespace volbrin::cli {
 
 CommandFunction functionOf(std::string_view command) {
-  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 9> functions = {{
+  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 12> functions = {{
       {"status", status},
       {"scan", scan},
       {"plan", plan},
@@ -15,6 +15,9 @@ CommandFunction functionOf(std::string_view command) {
       {"compare", compare},
       {"apps", apps},
       {"owner", owner},
+      {"clean", clean},
+      {"undo", undo},
+      {"history", history},
       {"catalog check", catalogCheck},
   }};
   for (const auto& [name, function] : functions) {

@@ -20,6 +20,9 @@ ExitStatus usage(Session& session);
 ExitStatus compare(Session& session);
 ExitStatus apps(Session& session);
 ExitStatus owner(Session& session);
+ExitStatus clean(Session& session);
+ExitStatus undo(Session& session);
+ExitStatus history(Session& session);
 ExitStatus catalogCheck(Session& session);
 
 }  // namespace volbrin::cli

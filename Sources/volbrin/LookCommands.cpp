@@ -14,15 +14,8 @@
 namespace volbrin::cli {
 namespace {
 
-/// A name or a path for a line of its own: no name may end the line early.
-std::string nameText(const std::string& name) {
-  std::string text = printable(name);
-  std::replace(text.begin(), text.end(), '\n', '?');
-  return text;
-}
-
 std::string usageLine(const std::string& path, const Usage& usage) {
-  std::string line = fmt::format("{:>8}  {}", byteText(usage.bytes), nameText(path));
+  std::string line = fmt::format("{:>8}  {}", byteText(usage.bytes), printableLine(path));
   if (usage.unreadable > 0) {
     line += fmt::format("  ({} {} couldn't be read)", usage.unreadable,
                         usage.unreadable == 1 ? "entry" : "entries");
@@ -31,11 +24,11 @@ std::string usageLine(const std::string& path, const Usage& usage) {
 }
 
 std::string line(std::string_view label, const std::optional<std::string>& text) {
-  return text ? fmt::format("  {:<18}{}\n", label, nameText(*text)) : "";
+  return text ? fmt::format("  {:<18}{}\n", label, printableLine(*text)) : "";
 }
 
 std::string explanationText(const Explanation& found, const Mac& mac) {
-  std::string text = nameText(mac.display(found.path)) + "\n";
+  std::string text = printableLine(mac.display(found.path)) + "\n";
   const bool isThere = found.bytes > 0 || exists(found.path) || isSymlink(found.path);
   text += isThere ? line("Size:", byteText(found.bytes)) : line("", "nothing is there");
   if (isThere && found.unreadable > 0) {
@@ -49,7 +42,7 @@ std::string explanationText(const Explanation& found, const Mac& mac) {
   for (const auto& why : found.holdsNeverTouch) text += line("Never touched:", "in it: " + why);
   if (found.throughLink) text += line("Link:", "it is reached through a link");
   for (const auto& child : found.biggest) {
-    text += fmt::format("  {:>8}  {}\n", byteText(child.bytes), nameText(child.name));
+    text += fmt::format("  {:>8}  {}\n", byteText(child.bytes), printableLine(child.name));
   }
   for (const auto& path : found.notLookedInto) text += line("Not looked into:", path);
   return text;
@@ -77,7 +70,7 @@ OwnerResolver::Kind folderKind(const std::string& text) {
 
 std::string verdictText(const std::string& folder, const OwnerResolver::Verdict& verdict) {
   using Form = OwnerResolver::Verdict::Form;
-  const auto name = nameText(verdict.name.value_or("an app nobody knows the name of"));
+  const auto name = printableLine(verdict.name.value_or("an app nobody knows the name of"));
   switch (verdict.form) {
     case Form::installed:
       return fmt::format("{} belongs to {}, which is installed.\n", folder, name);
@@ -157,7 +150,7 @@ ExitStatus apps(Session& session) {
     text +=
         fmt::format("{}  ({}){}\n           {}\n", app.name, app.bundleID.value_or("no identifier"),
                     app.lastUsed ? "  last used " + iso8601(*app.lastUsed).substr(0, 10) : "",
-                    nameText(session.mac().display(app.path)));
+                    printableLine(session.mac().display(app.path)));
   }
   session.output().text(text.empty() ? "No apps found.\n" : text);
   return ExitStatus::done;
@@ -173,7 +166,7 @@ ExitStatus owner(Session& session) {
   if (session.wantsJson()) {
     session.output().json(toJson(verdict));
   } else {
-    session.output().text(verdictText(nameText(name), verdict));
+    session.output().text(verdictText(printableLine(name), verdict));
   }
   return ExitStatus::done;
 }

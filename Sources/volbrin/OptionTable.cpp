@@ -28,6 +28,11 @@ std::vector<Option> with(std::vector<Option> options, std::vector<Option> more) 
   return options;
 }
 
+std::vector<Option> dryRunAndYes() {
+  return {{"--dry-run", "", ValueKind::none, "", "say what would happen and change nothing"},
+          {"--yes", "", ValueKind::none, "", "don't ask"}};
+}
+
 const Option goal = {"--goal", "", ValueKind::text, "TEXT",
                      "free space wanted: 50GB, 1.5tb, 500mb, 50 (gigabytes) or 10%"};
 
@@ -131,6 +136,41 @@ const std::vector<Command>& commands() {
        {{"volbrin owner Slack --kind support-folder",
          "whose ~/Library/Application Support/Slack is"},
         {"volbrin owner com.example.app --kind container", "a sandboxed app's folder"}}},
+      {"clean",
+       "act on findings",
+       "Scans afresh and acts on the findings of these ids, each by its own means: to the Trash, "
+       "to "
+       "a drive with every copy proved, or by its tool's own command. What is yours is only ever "
+       "moved. Shows what will happen and asks first; where nobody can be asked it wants --yes. "
+       "Ctrl-C ends a copy, and the original stays.",
+       {{"ID", ValueKind::text, "a finding's id, in brackets in the scan's text", true, true}},
+       with(with(dryRunAndYes(),
+                 {{"--agree", "", ValueKind::none, "",
+                   "you know the cautions of these findings and agree to them"},
+                  {"--permanent-caches", "", ValueKind::none, "",
+                   "remove what rebuilds itself for good, past the Trash"},
+                  {"--move-to", "", ValueKind::text, "DRIVE",
+                   "the drive to move to, by name or path"},
+                  {"--link-move", "", ValueKind::none, "",
+                   "move what only its app can move, and leave a link in its place"}}),
+            scanOptions()),
+       {{"volbrin clean npm-cache", "one finding, after a question"},
+        {"volbrin clean npm-cache pip-cache --dry-run", "what would happen"},
+        {"volbrin clean personal-movies-trip --move-to Backup --yes",
+         "to a drive, without a question"}}},
+      {"undo",
+       "put an action back",
+       "Puts back what the last action under this id moved to the Trash, and takes away the links "
+       "that it left. Nothing is overwritten; copies on a drive stay.",
+       {{"ID", ValueKind::text, "the id that was acted on", true, false}},
+       dryRunAndYes(),
+       {{"volbrin undo npm-cache", "put it back, after a question"}}},
+      {"history",
+       "what was done, newest last",
+       "Lists every action that changed the disk, and every undo.",
+       {},
+       {},
+       {{"volbrin history", "what was done so far"}}},
       {"catalog check",
        "what is wrong with a rule file",
        "Loads a rule file and reports everything that is wrong with it, each with its place in the "

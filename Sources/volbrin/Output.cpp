@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -74,9 +75,7 @@ void Output::write(std::string_view text) {
 }
 
 void printError(std::string_view message) {
-  std::string line = "volbrin: " + printable(message);
-  for (char& c : line) c = c == '\n' ? ' ' : c;
-  line += '\n';
+  const std::string line = "volbrin: " + printableLine(message) + "\n";
   std::fputs(line.c_str(), stderr);
 }
 
@@ -116,6 +115,12 @@ std::string printable(std::string_view text) {
     }
   }
   return result;
+}
+
+std::string printableLine(std::string_view text) {
+  std::string line = printable(text);
+  std::replace(line.begin(), line.end(), '\n', '?');
+  return line;
 }
 
 }  // namespace volbrin::cli

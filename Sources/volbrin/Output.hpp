@@ -35,4 +35,7 @@ void printError(std::string_view message);
 /// for marks that turn the order of what is shown: a file name must not drive the terminal.
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// The same for what belongs on a line of its own: no name may end the line early.
+[[nodiscard]] std::string printableLine(std::string_view text);
+
 }  // namespace volbrin::cli

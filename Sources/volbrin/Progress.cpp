@@ -35,8 +35,17 @@ std::string cut(std::string text, std::size_t width) {
 
 }  // namespace
 
-ProgressLine::~ProgressLine() {
+bool StatusLine::isFresh() const { return isShown_ && Clock::now() - drawn_ < betweenDraws; }
+
+void StatusLine::draw(std::string_view text) {
+  drawn_ = Clock::now();
+  isShown_ = true;
+  std::fputs((eraseLine + cut(printableLine(text), terminalWidth() - 1)).c_str(), stderr);
+}
+
+void StatusLine::erase() {
   if (isShown_) std::fputs(eraseLine, stderr);
+  isShown_ = false;
 }
 
 void ProgressLine::finderBegins(std::string_view name) {
@@ -60,15 +69,11 @@ void ProgressLine::measured(ByteCount bytes) {
 }
 
 void ProgressLine::draw() {
-  const auto now = Clock::now();
-  if (isShown_ && now - drawn_ < betweenDraws) return;
-  drawn_ = now;
-  isShown_ = true;
+  if (line_.isFresh()) return;
   std::string text = finder_;
   if (!place_.empty()) text += (text.empty() ? "" : ": ") + place_;
   text += fmt::format("{}{} so far", text.empty() ? "" : ", ", byteText(bytes_));
-  const std::string line = eraseLine + cut(printable(text), terminalWidth() - 1);
-  std::fputs(line.c_str(), stderr);
+  line_.draw(text);
 }
 
 }  // namespace volbrin::cli

@@ -61,7 +61,7 @@ ExitStatus scan(Session& session) {
 ExitStatus plan(Session& session) {
   const auto goal = session.goal().value_or(Goal::ofBytes(50'000'000'000));
   const auto report = runScan(session);
-  const auto drive = session.drive(report.drives);
+  const auto drive = session.drive("--drive", report.drives);
   const auto plan = Planner::plan(report, goal, drive);
   if (session.wantsJson()) {
     session.output().json(plan ? toJson(*plan) : Json(nullptr));

@@ -135,8 +135,9 @@ std::vector<std::string> Session::protectedForms(const std::string& argument) {
   return forms;
 }
 
-std::optional<std::string> Session::drive(const std::vector<DriveInfo>& drives) {
-  const auto wanted = arguments_.value("--drive");
+std::optional<std::string> Session::drive(std::string_view option,
+                                          const std::vector<DriveInfo>& drives) {
+  const auto wanted = arguments_.value(option);
   if (!wanted) return std::nullopt;
   const bool isName = std::any_of(drives.begin(), drives.end(),
                                   [&](const auto& drive) { return drive.name == *wanted; });

@@ -46,8 +46,9 @@ class Session {
   /// A path to keep, in the forms of a rule: as it stands and, behind links, where it really is.
   /// Says so on standard error when nothing is there.
   [[nodiscard]] std::vector<std::string> protectedForms(const std::string& argument);
-  /// A drive argument: its name as it stands, a path in the engine's form.
-  [[nodiscard]] std::optional<std::string> drive(const std::vector<DriveInfo>& drives);
+  /// The drive that an option names: its name as it stands, a path in the engine's form.
+  [[nodiscard]] std::optional<std::string> drive(std::string_view option,
+                                                 const std::vector<DriveInfo>& drives);
 
  private:
   const Arguments& arguments_;

@@ -1,4 +1,4 @@
-#include "History.hpp"
+#include "Acting/History.hpp"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <exception>
 
-#include "../History.hpp"
 #include "../Scanner.hpp"
 #include "Actions.hpp"
+#include "History.hpp"
 #include "Ladder.hpp"
 
 namespace volbrin {

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "../Catalog.hpp"
-#include "../CleanResult.hpp"
 #include "../Mac.hpp"
 #include "../ScanContext.hpp"
 #include "../TreeCopy.hpp"
+#include "CleanResult.hpp"
 
 namespace volbrin {
 

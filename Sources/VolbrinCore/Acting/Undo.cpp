@@ -4,9 +4,9 @@
 #include <exception>
 
 #include "../Files.hpp"
-#include "../History.hpp"
 #include "Act.hpp"
 #include "Destination.hpp"
+#include "History.hpp"
 #include "PutBack.hpp"
 
 namespace volbrin {

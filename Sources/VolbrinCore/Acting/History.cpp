@@ -9,12 +9,12 @@
 #include <filesystem>
 #include <set>
 
-#include "Descriptor.hpp"
-#include "Files.hpp"
-#include "JsonBytes.hpp"
-#include "Paths.hpp"
-#include "System.hpp"
-#include "Text.hpp"
+#include "../Descriptor.hpp"
+#include "../Files.hpp"
+#include "../JsonBytes.hpp"
+#include "../Paths.hpp"
+#include "../System.hpp"
+#include "../Text.hpp"
 
 namespace volbrin {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "../Mac.hpp"
 #include "CleanResult.hpp"
-#include "Mac.hpp"
 
 namespace volbrin {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Bytes.hpp"
-#include "Json.hpp"
+#include "../Bytes.hpp"
+#include "../Json.hpp"
 
 namespace volbrin {
 
