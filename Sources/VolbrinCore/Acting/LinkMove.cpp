@@ -22,14 +22,14 @@ struct Part {
   std::string target;  ///< where it goes
 };
 
-/// The finding's paths that haven't been moved yet. What lies in another of them goes with it.
+/// The finding's paths that haven't been moved yet. What lies in another of them goes with it, or
+/// went: behind that one's link lies the copy on the drive.
 std::vector<std::string> pathsToMove(const Finding& finding) {
   const auto& all = finding.paths;
   std::vector<std::string> paths;
   for (const auto& path : all) {
-    const bool isIncluded = std::any_of(all.begin(), all.end(), [&](const std::string& other) {
-      return isInside(path, other) && exists(other) && !isSymlink(other);
-    });
+    const bool isIncluded = std::any_of(
+        all.begin(), all.end(), [&](const std::string& other) { return isInside(path, other); });
     if (exists(path) && !isSymlink(path) && !isIncluded) paths.push_back(path);
   }
   return paths;

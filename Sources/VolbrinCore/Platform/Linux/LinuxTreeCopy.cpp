@@ -29,6 +29,11 @@ struct Failure {
   std::string path;
 };
 
+/// `path` below the top of a tree; the top itself for an empty one.
+std::string pathAt(const std::string& top, const std::string& path) {
+  return path.empty() ? top : below(top, path);
+}
+
 [[noreturn]] void fail(const std::string& path) { throw Failure{errno, path}; }
 
 std::string wordsOf(const Failure& failure) {
@@ -114,7 +119,7 @@ class Copier final : public TreeVisitor {
   };
 
   [[nodiscard]] std::string pathNow() const {
-    return folders_.empty() ? source_ : below(source_, folders_.back().path);
+    return folders_.empty() ? source_ : pathAt(source_, folders_.back().path);
   }
 
   void copy(const WalkEntry& entry) {
@@ -148,20 +153,20 @@ class Copier final : public TreeVisitor {
         return copyLink(source, name, target, newName, path);
       case EntryKind::unknown:
       case EntryKind::other:
-        throw Failure{ENOTSUP, below(source_, path)};
+        throw Failure{ENOTSUP, pathAt(source_, path)};
     }
   }
 
   void beginFolder(const Descriptor& source, const std::string& name, const Descriptor& target,
                    const std::string& newName, std::string path) {
-    const auto shown = below(source_, path);
+    const auto shown = pathAt(source_, path);
     OpenFolder folder{
         std::move(path), openFolderBelow(source, name.c_str(), MountPoints::cross), {}};
     if (!folder.source) fail(shown);
-    if (::mkdirat(target.get(), newName.c_str(), 0700) != 0) fail(below(target_, folder.path));
+    if (::mkdirat(target.get(), newName.c_str(), 0700) != 0) fail(pathAt(target_, folder.path));
     hasStarted_ = true;
     folder.target = openFolderBelow(target, newName.c_str(), MountPoints::refuse);
-    if (!folder.target) fail(below(target_, folder.path));
+    if (!folder.target) fail(pathAt(target_, folder.path));
     if (folders_.size() > mostOpen) {
       auto& upper = folders_[folders_.size() - mostOpen];
       upper.source.close();
@@ -175,7 +180,7 @@ class Copier final : public TreeVisitor {
     if (folder.source) return;
     folder.source = openPathBelow(folders_.front().source, folder.path);
     folder.target = openPathBelow(folders_.front().target, folder.path);
-    if (!folder.source || !folder.target) fail(below(source_, folder.path));
+    if (!folder.source || !folder.target) fail(pathAt(source_, folder.path));
   }
 
   /// Gives their attributes to the folders that nothing more goes into, down to `depth` of them.
@@ -184,7 +189,7 @@ class Copier final : public TreeVisitor {
       OpenFolder& folder = folders_.back();
       reopen(folder);
       struct stat status {};
-      const auto path = below(source_, folder.path);
+      const auto path = pathAt(source_, folder.path);
       if (::fstat(folder.source.get(), &status) != 0) fail(path);
       copyAttributes(folder.source.get(), folder.target.get(), status, path);
       folders_.pop_back();
@@ -193,7 +198,7 @@ class Copier final : public TreeVisitor {
 
   void copyFile(const EntryStat& stat, const Descriptor& source, const std::string& name,
                 const Descriptor& target, const std::string& newName, const std::string& path) {
-    const auto shown = below(source_, path);
+    const auto shown = pathAt(source_, path);
     if (observer_ != nullptr) observer_->copying(path.empty() ? newName : path);
     const bool mayRepeat = stat.links > 1 && !folders_.empty();
     if (mayRepeat) {
@@ -206,7 +211,7 @@ class Copier final : public TreeVisitor {
     if (!S_ISREG(status.st_mode)) throw Failure{ENOTSUP, shown};
     const Descriptor to(::openat(target.get(), newName.c_str(),
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!to) fail(below(target_, path));
+    if (!to) fail(pathAt(target_, path));
     hasStarted_ = true;
     copyContents(from, to, status, shown);
     copyAttributes(from.get(), to.get(), status, shown);
@@ -287,22 +292,22 @@ class Copier final : public TreeVisitor {
                 const std::string& newName, const std::string& path) {
     struct stat status {};
     if (::fstatat(source.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-      fail(below(source_, path));
+      fail(pathAt(source_, path));
     }
     std::string text(static_cast<std::size_t>(status.st_size) + 1, '\0');
     const auto length = ::readlinkat(source.get(), name.c_str(), text.data(), text.size());
-    if (length < 0) fail(below(source_, path));
+    if (length < 0) fail(pathAt(source_, path));
     text.resize(static_cast<std::size_t>(length));
-    if (::symlinkat(text.c_str(), target.get(), newName.c_str()) != 0) fail(below(target_, path));
+    if (::symlinkat(text.c_str(), target.get(), newName.c_str()) != 0) fail(pathAt(target_, path));
     hasStarted_ = true;
     const char* link = newName.c_str();
     if (::fchownat(target.get(), link, status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW) != 0 &&
         !isUnable(errno)) {
-      fail(below(target_, path));
+      fail(pathAt(target_, path));
     }
     const timespec times[2] = {status.st_atim, status.st_mtim};
     if (::utimensat(target.get(), link, times, AT_SYMLINK_NOFOLLOW) != 0 && !isUnable(errno)) {
-      fail(below(target_, path));
+      fail(pathAt(target_, path));
     }
   }
 
