@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include "Files.hpp"
 #include "Paths.hpp"
 #include "System.hpp"
 
@@ -22,12 +21,6 @@ HeldItem holdItem(const std::string& path) {
   HeldItem item{holdFolder(std::string(parentFolder(path))), std::string(lastComponent(path))};
   if (!item.folder) raise(path);
   return item;
-}
-
-HeldItem holdItemThroughLinks(const std::string& path) {
-  const auto folder = resolved(std::string(parentFolder(path)));
-  if (!folder) raise(path);
-  return holdItem(below(*folder, lastComponent(path)));
 }
 
 Descriptor makeFolderBelow(const Descriptor& parent, const std::string& name, unsigned mode) {

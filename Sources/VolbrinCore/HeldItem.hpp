@@ -23,9 +23,6 @@ struct HeldItem {
 /// std::system_error when the way is barred.
 [[nodiscard]] HeldItem holdItem(const std::string& path);
 
-/// As `holdItem`, links in the folders above it followed, once, now.
-[[nodiscard]] HeldItem holdItemThroughLinks(const std::string& path);
-
 /// The folder `name` of `parent`, made when it isn't there, held; a link in its place is refused.
 /// Raises std::system_error.
 [[nodiscard]] Descriptor makeFolderBelow(const Descriptor& parent, const std::string& name,

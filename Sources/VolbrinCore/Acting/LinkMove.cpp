@@ -9,6 +9,7 @@
 #include "../Paths.hpp"
 #include "Actions.hpp"
 #include "MoveParts.hpp"
+#include "Target.hpp"
 
 namespace volbrin {
 namespace {
@@ -17,8 +18,7 @@ constexpr const char* folderOnDrive = "Sound Libraries";
 
 /// One path of a link move.
 struct Part {
-  std::string path;
-  std::string real;    ///< links in the folders above it resolved
+  std::string path;    ///< links in the folders above it resolved: where it really is
   std::string target;  ///< where it goes
 };
 
@@ -62,7 +62,7 @@ std::optional<std::string> trashOrAsk(const std::string& path, const Mac& mac) {
 /// asked for the password. Whether it stands.
 bool linkOrAsk(const std::string& at, const std::string& to, const Mac& mac) {
   try {
-    const HeldItem item = holdItemThroughLinks(at);
+    const HeldItem item = holdItem(at);
     if (::symlinkat(to.c_str(), item.folder.get(), item.name.c_str()) == 0) return true;
   } catch (const std::exception&) {
     // Asking may still help.
@@ -86,7 +86,7 @@ class LinkMove {
     if (auto refusal = findTargets()) return *refusal;
     if (scene_.options.dryRun) return wouldDo(plan());
     try {
-      (void)Destination(parts_.front().target).prepare();
+      prepareTarget(parts_.front().target);
     } catch (const std::exception& error) {
       return failed("Couldn't make " + shown(base_) + ": " + wordsOf(error));
     }
@@ -114,10 +114,9 @@ class LinkMove {
     for (const auto& path : paths_) {
       const auto target = below(base_, lastComponent(path));
       if (isTaken(target) || !taken.insert(target).second) return alreadyExists(target, scene_);
-      const auto real =
-          below(resolved(std::string(parentFolder(path))).value_or(""), lastComponent(path));
-      if (isAtOrInside(Destination(target).real(), real)) return noDriveSaid();
-      parts_.push_back({path, real, target});
+      const auto real = resolved(path).value_or(path);
+      if (isAtOrInside(target, real)) return noDriveSaid();
+      parts_.push_back({real, target});
     }
     return std::nullopt;
   }
@@ -131,18 +130,17 @@ class LinkMove {
 
   /// All steps for one path; absent when they went through.
   std::optional<Outcome> move(const Part& part) {
-    const Destination destination(part.target);
-    const auto fault = copyTo(part.real, destination.real(), scene_);
+    const auto fault = copyTo(part.path, part.target, scene_);
     if (fault && !fault->hasStarted) {
       return end("Couldn't copy " + shown(part.path) + ": " + fault->what);
     }
-    if (fault || !isProved(part.real, destination.real(), scene_)) {
+    if (fault || !isProved(part.path, part.target, scene_)) {
       return end("The copy of " + shown(part.path) +
                  " doesn't match the original; it's untouched, and the partial copy is at " +
                  shown(part.target) + ".");
     }
     relocated_.push_back({part.path, part.target, {}, {}});
-    const auto inTrash = trashOrAsk(part.real, scene_.mac);
+    const auto inTrash = trashOrAsk(part.path, scene_.mac);
     if (!inTrash) {
       return end("Copied and checked, but " + shown(part.path) +
                  " couldn't go to the Trash (the password was refused?); it's still in place.");

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Act.hpp"
-#include "Destination.hpp"
 
 /// What the moves to a drive have in common.
 namespace volbrin {

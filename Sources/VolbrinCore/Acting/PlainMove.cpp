@@ -4,6 +4,7 @@
 #include "../Paths.hpp"
 #include "Actions.hpp"
 #include "MoveParts.hpp"
+#include "Target.hpp"
 
 namespace volbrin {
 namespace {
@@ -18,18 +19,18 @@ std::string targetOn(const DriveInfo& drive, const std::string& source, const Ma
 
 /// Copies a path, and proves the copy, in the words of a plain move; absent when it is proved.
 std::optional<Outcome> copyAndProve(const std::string& source, const std::string& target,
-                                    const Destination& destination, const ActScene& scene) {
+                                    const ActScene& scene) {
   try {
-    (void)destination.prepare();
+    prepareTarget(target);
   } catch (const std::exception& error) {
     return failed("Couldn't make the folder on the drive: " + wordsOf(error));
   }
-  if (const auto fault = copyTo(source, destination.real(), scene)) {
+  if (const auto fault = copyTo(source, target, scene)) {
     if (!fault->hasStarted) return failed("Couldn't copy: " + fault->what);
     return failed("The copy didn't finish; the original is untouched, and the partial copy is at " +
                   scene.mac.display(target) + ".");
   }
-  if (isProved(source, destination.real(), scene)) return std::nullopt;
+  if (isProved(source, target, scene)) return std::nullopt;
   return failed("The copy doesn't match the original file for file; the original is untouched.");
 }
 
@@ -41,9 +42,9 @@ std::optional<std::string> copySteamRecord(const std::string& record, const std:
   const auto target = below(parentFolder(parentFolder(gameTarget)), lastComponent(record));
   if (exists(target)) return std::nullopt;
   try {
-    const auto real = Destination(target).real();
-    if (const auto fault = copyTo(record, real, scene)) return fault->what;
-    if (!isProved(record, real, scene)) return "the copy doesn't match";
+    prepareTarget(target);
+    if (const auto fault = copyTo(record, target, scene)) return fault->what;
+    if (!isProved(record, target, scene)) return "the copy doesn't match";
   } catch (const std::exception& error) {
     return wordsOf(error);
   }
@@ -74,13 +75,12 @@ Outcome moveTo(const Finding& finding, const std::string& target, const ActScene
   const auto& source = finding.paths.front();
   const auto shown = scene.mac.display(target);
   if (isTaken(target)) return alreadyExists(target, scene);
-  const Destination destination(target);
-  if (isAtOrInside(destination.real(), source)) return noDriveSaid();
+  if (isAtOrInside(target, source)) return noDriveSaid();
   if (scene.options.dryRun) {
     return wouldDo("Would copy to " + shown +
                    ", check every file, then move the original to the Trash.");
   }
-  if (auto fault = copyAndProve(source, target, destination, scene)) return *fault;
+  if (auto fault = copyAndProve(source, target, scene)) return *fault;
 
   std::vector<Relocation> relocated = {{source, target, {}, {}}};
   if (auto fault = giveUpFurtherPaths(finding, target, scene, relocated)) return *fault;

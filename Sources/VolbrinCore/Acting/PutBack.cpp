@@ -11,8 +11,8 @@
 #include "../Compare.hpp"
 #include "../Paths.hpp"
 #include "../System.hpp"
-#include "Destination.hpp"
 #include "RemoveTree.hpp"
+#include "Target.hpp"
 
 namespace volbrin {
 namespace {
@@ -23,12 +23,6 @@ std::string passingName(const HeldItem& item) {
     std::string name = ".volbrin-" + std::to_string(number);
     if (!statBelow(item.folder, name.c_str())) return name;
   }
-}
-
-HeldItem holdBeside(const HeldItem& item, const std::string& path) {
-  HeldItem beside = holdItem(path);
-  beside.name = passingName(item);
-  return beside;
 }
 
 std::optional<std::string> linkTarget(const HeldItem& item) {
@@ -48,36 +42,35 @@ void removeQuietly(const HeldItem& item) {
 }
 
 /// By a proved copy, which takes the place when it is whole.
-void putBackAcrossDrives(const std::string& present, const HeldItem& old,
-                         const std::string& realOld, const Mac& mac) {
-  const HeldItem copy = holdBeside(old, realOld);
-  const auto realCopy = below(parentFolder(realOld), copy.name);
-  const auto fault = mac.platform().copyTree(present, realCopy, nullptr);
+void putBackAcrossDrives(const std::string& present, const std::string& old,
+                         const HeldItem& oldPlace, const Mac& mac) {
+  HeldItem copy = holdItem(old);
+  copy.name = passingName(oldPlace);
+  const auto copyPath = below(parentFolder(old), copy.name);
+  const auto fault = mac.platform().copyTree(present, copyPath, nullptr);
   if (fault && !fault->hasStarted) throw std::runtime_error(fault->what);
   try {
     if (fault) throw std::runtime_error(fault->what);
-    const auto diff = compareCopies(present, realCopy, CompareBy::contentsOnDrive);
+    const auto diff = compareCopies(present, copyPath, CompareBy::contentsOnDrive);
     if (!diff || !diff->isProof()) throw std::runtime_error("the copy doesn't match");
-    moveExclusively(copy, old);
+    moveExclusively(copy, oldPlace);
   } catch (const std::exception&) {
     removeQuietly(copy);
     throw;
   }
-  syncFolder(old.folder);
+  syncFolder(oldPlace.folder);
   removeQuietly(holdItem(present));
 }
 
 }  // namespace
 
 void putBack(const std::string& present, const std::string& old, const Mac& mac) {
-  const HeldItem item = holdItemThroughLinks(present);
-  const Destination destination(old);
-  const HeldItem place = destination.prepare();
+  const HeldItem item = holdItem(present);
+  const HeldItem place = prepareTarget(old);
   if (renameExclusively(item.folder, item.name, place.folder, place.name)) {
     syncFolder(place.folder);
   } else if (errno == EXDEV) {
-    const auto folder = Destination(present).real();
-    putBackAcrossDrives(folder, place, destination.real(), mac);
+    putBackAcrossDrives(present, old, place, mac);
   } else {
     throw std::system_error(errno, std::generic_category(), old);
   }
@@ -86,15 +79,15 @@ void putBack(const std::string& present, const std::string& old, const Mac& mac)
 
 std::optional<std::string> linkTarget(const std::string& path) {
   try {
-    return linkTarget(holdItemThroughLinks(path));
+    return linkTarget(holdItem(path));
   } catch (const std::system_error&) {
     return std::nullopt;
   }
 }
 
 bool removeLink(const std::string& path, const std::string& target) {
-  const HeldItem item = holdItemThroughLinks(path);
-  HeldItem aside = holdItemThroughLinks(path);
+  const HeldItem item = holdItem(path);
+  HeldItem aside = holdItem(path);
   aside.name = passingName(item);
   // Out of the way first: what somebody puts in its place meanwhile is then left alone.
   moveExclusively(item, aside);

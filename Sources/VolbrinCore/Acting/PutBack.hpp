@@ -7,9 +7,9 @@
 namespace volbrin {
 
 /// Moves the item at `present` back to `old`, making the folders above it; nothing that stands
-/// there is ever replaced. From another drive it is copied under another name beside `old`, the
-/// copy proved and renamed, and only then the item at `present` is removed. Raises
-/// std::system_error; the item is then where it was.
+/// there is ever replaced, and a link in a folder's place on either way is an error. From another
+/// drive it is copied under another name beside `old`, the copy proved and renamed, and only then
+/// the item at `present` is removed. Raises std::system_error; the item is then where it was.
 void putBack(const std::string& present, const std::string& old, const Mac& mac);
 
 /// Removes the symbolic link at `path`, if it is one that holds `target`; anything else stays.

@@ -5,9 +5,9 @@
 
 #include "../Files.hpp"
 #include "Act.hpp"
-#include "Destination.hpp"
 #include "History.hpp"
 #include "PutBack.hpp"
+#include "Target.hpp"
 
 namespace volbrin {
 namespace {

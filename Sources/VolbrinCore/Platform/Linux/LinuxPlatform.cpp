@@ -57,7 +57,8 @@ std::string LinuxPlatform::trash(const std::string& path) const { return moveToT
 bool LinuxPlatform::isInTrash(const std::string& path) const {
   // "$topdir/.Trash/$uid/files" and "$topdir/.Trash-$uid/files" on other drives.
   const auto number = std::to_string(::getuid());
-  return isInside(path, below(trashFolder(), "files")) ||
+  const auto own = below(trashFolder(), "files");
+  return isInside(path, own) || isInside(path, resolved(own).value_or(own)) ||
          path.find("/.Trash/" + number + "/files/") != std::string::npos ||
          path.find("/.Trash-" + number + "/files/") != std::string::npos;
 }

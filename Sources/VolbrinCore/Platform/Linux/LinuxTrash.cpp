@@ -31,11 +31,10 @@ struct TrashCan {
   std::string base;  ///< records hold paths relative to it; empty for absolute ones
 };
 
-/// The Trash, held; made with its parents, for this user alone. A link in its place is refused, and
+/// The Trash, held; made for this user alone. A link in its place is refused, and
 /// on a drive so is a folder that another user made: what goes there would be theirs.
 Descriptor openCan(const TrashCan& can) {
-  std::filesystem::create_directories(parentFolder(can.folder));
-  const HeldItem place = holdItemThroughLinks(can.folder);
+  const HeldItem place = holdItem(can.folder);
   Descriptor folder = makeFolderBelow(place.folder, place.name, 0700);
   struct stat status {};
   if (::fstat(folder.get(), &status) != 0) raise(errno, can.folder);
@@ -53,15 +52,24 @@ std::optional<std::string> sharedTrash(const std::string& topdir) {
   return below(folder, std::to_string(::getuid()));
 }
 
+/// The home Trash, the folders above it made, links on the way to them followed: where a user keeps
+/// data is the user's own arrangement.
+std::string realHomeTrash(const std::string& home) {
+  const std::string folder = homeTrash(home);
+  const std::string above(parentFolder(folder));
+  std::filesystem::create_directories(above);
+  return below(resolved(above).value_or(above), lastComponent(folder));
+}
+
 TrashCan trashCanFor(const std::string& path, const HeldItem& item, const std::string& home) {
-  const std::string own = homeTrash(home);
+  const std::string own = realHomeTrash(home);
   struct stat status {
   }, above{};
   if (::fstatat(item.folder.get(), item.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
     raise(errno, path);
   }
-  std::string folder = own;
-  while (::stat(folder.c_str(), &above) != 0 && folder != "/") folder = parentFolder(folder);
+  const std::string folder(parentFolder(own));
+  if (::stat(folder.c_str(), &above) != 0) raise(errno, folder);
   if (above.st_dev == status.st_dev) return {own, ""};
 
   const std::string topdir = mountPointOf(resolved(std::string(parentFolder(path))).value_or(path));
