@@ -17,8 +17,9 @@ namespace {
 using namespace volbrin;
 using namespace volbrin::faults;
 
-constexpr std::array kinds = {Fault::Kind::killed, Fault::Kind::failed,    Fault::Kind::flipped,
-                              Fault::Kind::full,   Fault::Kind::unmounted, Fault::Kind::linked};
+constexpr std::array kinds = {
+    Fault::Kind::killed, Fault::Kind::interrupted, Fault::Kind::failed, Fault::Kind::flipped,
+    Fault::Kind::full,   Fault::Kind::unmounted,   Fault::Kind::linked};
 
 struct Tally {
   int tried = 0;
@@ -35,6 +36,7 @@ std::vector<Fault> faultsOf(const Scenario& scenario, const CallCounts& counts, 
     for (const char* when : {"kill-before", "kill-after"}) {
       faults.push_back({Fault::Kind::killed, fmt::format("change:{}:{}", call, when)});
     }
+    faults.push_back({Fault::Kind::interrupted, fmt::format("change:{}:interrupt", call)});
     for (const int error : {EIO, ENOSPC, EACCES, EXDEV, ENOENT}) {
       faults.push_back({Fault::Kind::failed, fmt::format("change:{}:error:{}", call, error)});
     }
@@ -112,8 +114,8 @@ int runCampaign(std::size_t step) {
   if (!mounts)
     fmt::print(stderr, "No file systems can be mounted here: those faults are left out.\n");
   fmt::print(
-      "| action | changing calls | killed | call failed | bit flipped | drive full | "
-      "drive gone | link planted | bytes lost |\n|---|---|---|---|---|---|---|---|---|\n");
+      "| action | changing calls | killed | interrupted | call failed | bit flipped | drive full | "
+      "drive gone | link planted | bytes lost |\n|---|---|---|---|---|---|---|---|---|---|\n");
   Tally sum;
   for (const auto& scenario : scenarios()) {
     if (scenario.isAcrossDrives && !mounts) continue;

@@ -5,6 +5,7 @@
 ///
 ///   FAULT=<class>:<number>:kill-before            the process ends before the call
 ///   FAULT=<class>:<number>:kill-after             or right behind it
+///   FAULT=<class>:<number>:interrupt              the user presses Ctrl-C before the call
 ///   FAULT=<class>:<number>:error:<errno>          the call fails
 ///   FAULT=<class>:<number>:flip                   a bit of the file is turned over first
 ///   FAULT=<class>:<number>:unmount:<path>         the drive goes away first
@@ -113,6 +114,7 @@ bool isMeant(const char* kind, int number) {
 bool before(int file) {
   const auto& [kind, number, action, words] = plan();
   if (action == "kill-before") ::kill(::getpid(), SIGKILL);
+  if (action == "interrupt") ::kill(::getpid(), SIGINT);
   if (action == "flip") flipBit(file);
   if (action == "unmount") ::syscall(SYS_umount2, words.at(0).c_str(), MNT_DETACH);
   if (action == "plant") plantLink(words.at(0), words.at(1));

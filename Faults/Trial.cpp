@@ -82,7 +82,7 @@ Verdict tryOn(const Stage& stage, const Scenario& scenario, const Fault& fault) 
     environment = {{"LD_PRELOAD", VOLBRIN_INJECTOR}, {"FAULT", planFor(fault, stage)}};
   }
   const auto ending = stage.run(scenario, scenario.words, environment);
-  const bool isKilled = ending.signal == SIGKILL;
+  const bool isKilled = ending.signal == SIGKILL || ending.signal == SIGINT;
   verdict.isReached = isKilled || fault.kind != Fault::Kind::killed;
   if (ending.status > 1 || (ending.status < 0 && !isKilled)) {
     verdict.fault = fmt::format("the tool ended with {}, signal {}", ending.status, ending.signal);

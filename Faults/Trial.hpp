@@ -10,7 +10,7 @@ namespace volbrin::faults {
 
 /// One fault that is put into a scenario.
 struct Fault {
-  enum class Kind { killed, failed, flipped, full, unmounted, linked };
+  enum class Kind { killed, interrupted, failed, flipped, full, unmounted, linked };
   Kind kind;
   std::string plan;            ///< for the injector; empty for a full drive
   std::size_t driveBytes = 0;  ///< a file system of this size is mounted as the drive; 0 for none
