@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <unistd.h>
+
 #include <charconv>
 #include <cstdio>
 #include <exception>
@@ -108,14 +110,15 @@ void readAll(const std::vector<std::string>& trees) {
   }
 }
 
-/// Prints a line of the table for each contender; ratios are to the first. Files of `warmed` are
-/// read before each run.
-void measure(const std::string& work, const std::vector<Contender>& all, std::size_t runs,
-             const std::vector<std::string>& warmed = {}) {
+/// Prints a line of the table for each contender; ratios are to the first. `prepareRun` is called
+/// before each run and not measured.
+void measure(
+    const std::string& work, const std::vector<Contender>& all, std::size_t runs,
+    const std::function<void()>& prepareRun = [] {}) {
   std::vector<std::vector<Cost>> costs(all.size());
   for (std::size_t round = 0; round <= runs; ++round) {
     for (std::size_t i = 0; i < all.size(); ++i) {
-      readAll(warmed);
+      prepareRun();
       const Cost cost = run(all[i].command);
       if (round > 0) costs[i].push_back(cost);  // The first round warms the cache.
     }
@@ -184,16 +187,48 @@ void measureCompare(const Options& options, const std::string& name, std::size_t
                      {"diff -rq", {"diff", "-rq", a, b}},
                      {"rclone check --download", {"rclone", "check", "--download", a, b}},
                      {"rsync -rcn", {"rsync", "-rcn", "--delete", a + "/", b + "/"}}}),
-          options.runs, {a, b});
+          options.runs, [&] {
+            readAll({a, b});
+          });
+}
+
+/// A folder is moved to a drive: copied, synced, proved and put into the Trash. Others copy it,
+/// sync the drive and compare.
+void measureMove(const Options& options, const std::string& name, std::size_t count,
+                 std::size_t bytes) {
+  const auto root = prepare(options, "move, " + name,
+                            [&](const auto& path) { makeMoveMachine(path, count, bytes); });
+  const auto big = root + "/Users/me/Big", trashed = root + "/Users/me/.Trash/Big";
+  const auto copy = root + "/Volumes/Backup/Big";
+  const auto putBack = [&] {
+    fs::remove_all(copy);
+    if (fs::exists(trashed)) fs::rename(trashed, big);
+    ::sync();
+    readAll({big});
+  };
+  measure(
+      "move, " + name,
+      {{"volbrin clean",
+        {options.program, "--quiet", "--machine", root, "--catalog", root + "/rules.json", "clean",
+         "big", "--yes"}},
+       {"cp -a, sync -f, diff -rq",
+        {"sh", "-c", R"(cp -a "$1" "$2" && sync -f "$2" && diff -rq "$1" "$2")", "sh", big, copy}}},
+      options.runs, putBack);
+  putBack();
 }
 
 void runAll(const Options& options) {
   const std::vector<std::pair<std::string, std::function<void()>>> works = {
       {"usage", [&] { measureUsages(options); }},
       {"scan", [&] { measureScan(options); }},
-      {"compare", [&] {
+      {"compare",
+       [&] {
          measureCompare(options, "four big files", 4, 1'073'741'824);
          measureCompare(options, "20,000 small files", 20'000, 214'748);
+       }},
+      {"move", [&] {
+         measureMove(options, "four big files", 4, 1'073'741'824);
+         measureMove(options, "100,000 small files", 100'000, 4'096);
        }}};
   fmt::print(
       "| work | program | time (spread) | processor: user + system | peak memory | time / "

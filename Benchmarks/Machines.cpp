@@ -4,7 +4,9 @@
 
 #include <vector>
 
+#include "Catalog.hpp"
 #include "TreeFiles.hpp"
+#include "Trees.hpp"
 
 namespace volbrin::bench {
 namespace {
@@ -72,6 +74,23 @@ void makeHomeMachine(const std::string& root, std::size_t files) {
                R"({"drives": [
   {"name": "Disk", "path": "/", "total": 1000000000000, "free": 90000000000},
   {"name": "Backup", "path": "/Volumes/Backup", "total": 2000000000000, "free": 1500000000000}]})");
+}
+
+void makeMoveMachine(const std::string& root, std::size_t count, std::size_t bytes) {
+  makeFileTree(root + "/Users/me/Big", count, bytes);
+  makeFolders(root + "/Volumes/Backup");
+  const Descriptor folder = makeFolders(root);
+  makeTextFile(folder, "volbrin-fixture.json",
+               R"({"drives": [
+  {"name": "Disk", "path": "/", "total": 1000000000000, "free": 90000000000},
+  {"name": "Backup", "path": "/Volumes/Backup", "total": 2000000000000, "free": 1500000000000}]})");
+  Catalog catalog;
+  auto& place = catalog.places.emplace_back();
+  place.id = place.title = place.reason = place.getBack = "big";
+  place.paths = {"~/Big"};
+  place.action.kind = Action::Kind::move;
+  place.action.destination = root + "/Volumes/Backup/Big";
+  makeTextFile(folder, "rules.json", jsonText(toJson(catalog)));
 }
 
 }  // namespace volbrin::bench

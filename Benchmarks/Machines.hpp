@@ -10,4 +10,8 @@ namespace volbrin::bench {
 /// with copies of two of the home's folders.
 void makeHomeMachine(const std::string& root, std::size_t files);
 
+/// A fake machine with a folder "~/Big" of `count` files of `bytes` bytes each and a drive, and
+/// beside its fixture the rules "rules.json": the place "big" moves the folder to the drive.
+void makeMoveMachine(const std::string& root, std::size_t count, std::size_t bytes);
+
 }  // namespace volbrin::bench

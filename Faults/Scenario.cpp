@@ -141,7 +141,7 @@ Stage::Stage(const std::function<void(const std::string& drive)>& mount) {
   file("~/Movies/Trip/bad\xFFname\n");
   fs::create_hard_link(path("~/Movies/Trip/one"), path("~/Movies/Trip/deep/one again"));
   machine_.link("~/Movies/Trip/link", "one");
-  fs::resize_file(machine_.file("~/Movies/Trip/hollow", "begin"), 5'000'000);
+  fs::resize_file(machine_.file("~/Movies/Trip/hollow", "begin"), 400'000);
   file("~/Steam/steamapps/common/Game/data", 50'000), file("~/Steam/steamapps/app_1.acf");
   file("~/Steam/steamapps/more"), machine_.folder("/Volumes/Ext/Steam/steamapps/common");
   file("/Library/Sounds/One/a"), file("/Library/Sounds/Two/b");

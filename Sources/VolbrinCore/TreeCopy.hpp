@@ -28,12 +28,11 @@ struct CopyFault {
 
 /// Copies the file, link or folder at `source` to `target`, which must not exist, in a folder that
 /// does: nothing is ever merged into what is there or appears meanwhile. Links in the folders above
-/// either are refused. Keeps contents with their
-/// holes, links as links, hard links within the tree, modes, owners, extended attributes with the
-/// access lists in them, and times, as far as the target's file system and the user's rights allow;
-/// contents always. Pipes, sockets and devices are refused before anything is copied. When it
-/// answers, all of it is on the target's drive. Absent when the copy is whole. Each system's own
-/// source file has it.
+/// either are refused. Keeps contents with their holes, links as links, hard links within the tree,
+/// modes, owners, extended attributes with the access lists in them, and times, as far as the
+/// target's file system and the user's rights allow; contents always. Pipes, sockets and devices
+/// are refused before anything is copied. When it answers, all of it is on the target's drive.
+/// Absent when the copy is whole. Each system's own source file has it.
 [[nodiscard]] std::optional<CopyFault> copyTree(const std::string& source,
                                                 const std::string& target, CopyObserver* observer);
 

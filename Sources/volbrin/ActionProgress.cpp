@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "ByteText.hpp"
+#include "Output.hpp"
 
 namespace volbrin::cli {
 namespace {
@@ -38,6 +39,13 @@ void ActionProgress::copying(const std::string& path) { turnTo("Copying " + path
 void ActionProgress::proving() {
   bytes_ = 0;
   turnTo("Checking the copy");
+}
+
+void ActionProgress::unrecorded(const CleanResult& result) {
+  const std::lock_guard guard(lock_);
+  line_.erase();
+  printError("what was done to '" + result.title +
+             "' couldn't be written into the history, so undo won't know of it");
 }
 
 void ActionProgress::measured(ByteCount bytes) {

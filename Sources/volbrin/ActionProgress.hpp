@@ -21,6 +21,7 @@ class ActionProgress final : public CleanObserver {
   void copying(const std::string& path) override;
   void copied(ByteCount bytes) override { measured(bytes); }
   void proving() override;
+  void unrecorded(const CleanResult& result) override;
   void measured(ByteCount bytes) override;
   [[nodiscard]] bool isStopped() const override;
 

@@ -26,6 +26,7 @@ class Intruder final : public CleanObserver {
   }
   void copied(ByteCount /*bytes*/) override {}
   void measured(ByteCount /*bytes*/) override {}
+  void unrecorded(const CleanResult& /*result*/) override {}
   [[nodiscard]] bool isStopped() const override { return stop; }
 };
 

@@ -38,11 +38,12 @@ std::vector<CleanResult> Cleaner::clean(const std::vector<std::string>& ids, con
     }
     results.push_back(treat(*finding, scene));
     const auto& result = results.back();
-    if (isRecorded(result)) {
-      History::append({presentDate(), result.id, result.title, finding->action.kind, result.bytes,
-                       result.relocated, std::nullopt},
-                      mac);
-    }
+    if (!isRecorded(result)) continue;
+    const bool isWritten =
+        History::append({presentDate(), result.id, result.title, finding->action.kind, result.bytes,
+                         result.relocated, std::nullopt},
+                        mac);
+    if (!isWritten && options.observer != nullptr) options.observer->unrecorded(result);
   }
   return results;
 }

@@ -19,6 +19,8 @@ class CleanObserver : public CopyObserver, public MeasureObserver {
   virtual void beginning(const Finding& finding) = 0;
   /// A copy is whole and is now held against its original; `measured` tells how far.
   virtual void proving() = 0;
+  /// What was done couldn't be written into the history: an undo won't find it.
+  virtual void unrecorded(const CleanResult& result) = 0;
 };
 
 struct CleanOptions {

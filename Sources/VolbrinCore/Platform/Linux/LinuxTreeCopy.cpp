@@ -298,7 +298,11 @@ class Copier final : public TreeVisitor {
     const auto length = ::readlinkat(source.get(), name.c_str(), text.data(), text.size());
     if (length < 0) fail(pathAt(source_, path));
     text.resize(static_cast<std::size_t>(length));
-    if (::symlinkat(text.c_str(), target.get(), newName.c_str()) != 0) fail(pathAt(target_, path));
+    if (::symlinkat(text.c_str(), target.get(), newName.c_str()) != 0) {
+      // A drive that knows no links (FAT) keeps all contents all the same; symlink(2).
+      if (!folders_.empty() && (errno == EPERM || errno == ENOTSUP || errno == ENOSYS)) return;
+      fail(pathAt(target_, path));
+    }
     hasStarted_ = true;
     const char* link = newName.c_str();
     if (::fchownat(target.get(), link, status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW) != 0 &&
