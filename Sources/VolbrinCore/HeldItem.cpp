@@ -18,6 +18,9 @@ namespace {
 }  // namespace
 
 HeldItem holdItem(const std::string& path) {
+  if (!path.starts_with('/') || standardized(path) != path) {
+    throw std::system_error(EINVAL, std::generic_category(), path);
+  }
   HeldItem item{holdFolder(std::string(parentFolder(path))), std::string(lastComponent(path))};
   if (!item.folder) raise(path);
   return item;

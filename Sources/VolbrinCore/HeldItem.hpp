@@ -19,8 +19,8 @@ struct HeldItem {
   [[nodiscard]] std::optional<EntryStat> stat() const { return statBelow(folder, name.c_str()); }
 };
 
-/// Holds the item at `path`, absolute. A link in any folder above it is refused. Raises
-/// std::system_error when the way is barred.
+/// Holds the item at `path`, absolute, without "." and "..". A link in any folder above it is
+/// refused. Raises std::system_error when the way is barred.
 [[nodiscard]] HeldItem holdItem(const std::string& path);
 
 /// The folder `name` of `parent`, made when it isn't there, held; a link in its place is refused.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <set>
 #include <string>
 
 #include "ActText.hpp"
@@ -11,7 +12,11 @@
 namespace volbrin::cli {
 namespace {
 
-using Results = std::vector<CleanResult>;
+/// What came of a list of ids.
+struct Results {
+  std::vector<CleanResult> list;
+  std::set<std::string> unrecorded;  ///< ids that an undo won't find
+};
 using Status = CleanResult::Status;
 
 /// How a command that changes the disk goes about it.
@@ -36,7 +41,7 @@ bool isAgreed() {
 CleanOptions cleanOptions(Session& session) {
   const auto& arguments = session.arguments();
   CleanOptions options;
-  options.scan = session.scanOptions();
+  options.scan = session.scanOptions(Session::Missing::refuse);
   options.includeCautioned = arguments.has("--agree");
   options.permanentCaches = arguments.has("--permanent-caches");
   options.linkMove = arguments.has("--link-move");
@@ -46,21 +51,35 @@ CleanOptions cleanOptions(Session& session) {
   return options;
 }
 
+ActionProgress::Display displayFor(Session& session) {
+  return session.progress() != nullptr ? ActionProgress::Display::shown
+                                       : ActionProgress::Display::hidden;
+}
+
+CleanResult runUndo(Session& session, const std::string& id) {
+  ActionProgress progress(displayFor(session));
+  session.endProgress();
+  progress.begin(id);
+  return Cleaner::undo(id, session.mac(), false, &progress);
+}
+
 Results runClean(Session& session, const std::vector<std::string>& ids, CleanOptions options,
                  bool dryRun) {
   options.dryRun = dryRun;
   options.scan.observer = session.progress();
-  using Display = ActionProgress::Display;
-  ActionProgress progress(session.progress() != nullptr ? Display::shown : Display::hidden);
+  ActionProgress progress(displayFor(session));
   if (!dryRun) options.observer = &progress;
-  auto results = Cleaner::clean(ids, session.mac(), session.catalog(), options);
+  auto list = Cleaner::clean(ids, session.mac(), session.catalog(), options);
   session.endProgress();
-  return results;
+  return {std::move(list), progress.unrecordedIDs()};
 }
 
 std::string textOf(const Results& results, const Mac& mac) {
   std::string text;
-  for (const auto& result : results) text += resultText(result, mac);
+  for (const auto& result : results.list) {
+    text += resultText(result);
+    if (!results.unrecorded.contains(result.id)) text += undoHint(result, mac);
+  }
   return text;
 }
 
@@ -81,14 +100,15 @@ bool isGood(const CleanResult& result) {
 /// Acts on those of the planned results that would go through, in their places in the list.
 Results carryOut(Session& session, Results results, const CleanOptions& options) {
   std::vector<std::string> ids;
-  for (const auto& result : results) {
+  for (const auto& result : results.list) {
     if (result.status == Status::wouldDo) ids.push_back(result.id);
   }
   auto outcomes = runClean(session, ids, options, false);
-  auto next = outcomes.begin();
-  for (auto& result : results) {
+  auto next = outcomes.list.begin();
+  for (auto& result : results.list) {
     if (result.status == Status::wouldDo) result = std::move(*next++);
   }
+  results.unrecorded = std::move(outcomes.unrecorded);
   return results;
 }
 
@@ -99,7 +119,8 @@ ExitStatus clean(Session& session) {
   const auto options = cleanOptions(session);
   auto results =
       runClean(session, session.arguments().values("ID"), options, manner != Manner::act);
-  const bool isAnyPlanned = std::any_of(results.begin(), results.end(), [](const auto& result) {
+  const auto& list = results.list;
+  const bool isAnyPlanned = std::any_of(list.begin(), list.end(), [](const auto& result) {
     return result.status == Status::wouldDo;
   });
   bool isShown = false;
@@ -111,22 +132,22 @@ ExitStatus clean(Session& session) {
     }
   }
   if (session.wantsJson()) {
-    session.output().json(toJson(results));
+    session.output().json(toJson(list));
   } else if (!isShown) {
     session.output().text(textOf(results, session.mac()));
   }
-  return std::all_of(results.begin(), results.end(), isGood) ? ExitStatus::done
-                                                             : ExitStatus::problem;
+  return std::all_of(list.begin(), list.end(), isGood) ? ExitStatus::done : ExitStatus::problem;
 }
 
 ExitStatus undo(Session& session) {
   const auto manner = mannerOf(session);
   const auto id = *session.arguments().value("ID");
-  auto result = Cleaner::undo(id, session.mac(), manner != Manner::act);
+  auto result =
+      manner == Manner::act ? runUndo(session, id) : Cleaner::undo(id, session.mac(), true);
   bool isShown = false;
   if (manner == Manner::ask && result.status == Status::wouldDo) {
-    if (isAgreedAfter(session, undoText(result))) {
-      result = Cleaner::undo(id, session.mac(), false);
+    if (isAgreedAfter(session, resultText(result))) {
+      result = runUndo(session, id);
     } else {
       isShown = true;
     }
@@ -134,7 +155,7 @@ ExitStatus undo(Session& session) {
   if (session.wantsJson()) {
     session.output().json(toJson(result));
   } else if (!isShown) {
-    session.output().text(undoText(result));
+    session.output().text(resultText(result));
   }
   return isGood(result) ? ExitStatus::done : ExitStatus::problem;
 }

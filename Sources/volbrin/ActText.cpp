@@ -47,17 +47,14 @@ std::string headLine(const std::string& title, ByteCount bytes) {
 
 }  // namespace
 
-std::string undoText(const CleanResult& result) {
+std::string resultText(const CleanResult& result) {
   return headLine(result.title, result.bytes) +
          fmt::format("  {}{}\n", markOf(result.status), printableLine(result.detail));
 }
 
-std::string resultText(const CleanResult& result, const Mac& mac) {
-  std::string text = undoText(result);
-  if (Cleaner::isUndoable(result.relocated, mac)) {
-    text += fmt::format("  Undo with: volbrin undo {}\n", printableLine(typed(result.id)));
-  }
-  return text;
+std::string undoHint(const CleanResult& result, const Mac& mac) {
+  if (!Cleaner::isUndoable(result.relocated, mac)) return "";
+  return fmt::format("  Undo with: volbrin undo {}\n", printableLine(typed(result.id)));
 }
 
 std::string historyText(const std::vector<HistoryEntry>& entries, const Mac& mac) {

@@ -9,11 +9,11 @@
 /// The text forms of what was done or would be.
 namespace volbrin::cli {
 
-/// A result in the engine's words; with what to type to put it back, where that can be.
-[[nodiscard]] std::string resultText(const CleanResult& result, const Mac& mac);
+/// A result in the engine's words.
+[[nodiscard]] std::string resultText(const CleanResult& result);
 
-/// What an undo came to.
-[[nodiscard]] std::string undoText(const CleanResult& result);
+/// What to type to put it back; empty when that can't be.
+[[nodiscard]] std::string undoHint(const CleanResult& result, const Mac& mac);
 
 /// What was done, and where everything went.
 [[nodiscard]] std::string historyText(const std::vector<HistoryEntry>& entries, const Mac& mac);

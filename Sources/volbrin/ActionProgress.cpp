@@ -28,10 +28,10 @@ void catchSignals() {
 
 }  // namespace
 
-void ActionProgress::beginning(const Finding& finding) {
+void ActionProgress::begin(const std::string& title) {
   static const bool isCaught = (catchSignals(), true);
   (void)isCaught;
-  turnTo(finding.title);
+  turnTo(title);
 }
 
 void ActionProgress::copying(const std::string& path) { turnTo("Copying " + path); }
@@ -44,6 +44,7 @@ void ActionProgress::proving() {
 void ActionProgress::unrecorded(const CleanResult& result) {
   const std::lock_guard guard(lock_);
   line_.erase();
+  unrecordedIDs_.insert(result.id);
   printError("what was done to '" + result.title +
              "' couldn't be written into the history, so undo won't know of it");
 }

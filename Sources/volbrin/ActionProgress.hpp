@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <set>
 #include <string>
 
 #include "Acting/Cleaner.hpp"
@@ -17,7 +18,12 @@ class ActionProgress final : public CleanObserver {
   enum class Display { shown, hidden };
   explicit ActionProgress(Display display) : isShown_(display == Display::shown) {}
 
-  void beginning(const Finding& finding) override;
+  /// What is so called begins.
+  void begin(const std::string& title);
+  /// The ids of what couldn't be written into the history.
+  [[nodiscard]] const std::set<std::string>& unrecordedIDs() const { return unrecordedIDs_; }
+
+  void beginning(const Finding& finding) override { begin(finding.title); }
   void copying(const std::string& path) override;
   void copied(ByteCount bytes) override { measured(bytes); }
   void proving() override;
@@ -33,6 +39,7 @@ class ActionProgress final : public CleanObserver {
   std::atomic<ByteCount> bytes_ = 0;  ///< of what it is at now
   std::mutex lock_;                   ///< Guards what follows.
   std::string what_;
+  std::set<std::string> unrecordedIDs_;
   StatusLine line_;
 };
 

@@ -63,6 +63,41 @@ std::string oneLine(std::string_view message) {
   return line;
 }
 
+/// The option of that name, of whatever command; null when there is none.
+const Option* findOption(std::string_view name) {
+  const auto in = [&](const std::vector<Option>& options) {
+    const auto found = std::find_if(options.begin(), options.end(),
+                                    [&](const Option& each) { return each.name == name; });
+    return found == options.end() ? nullptr : &*found;
+  };
+  if (const auto* option = in(globalOptions())) return option;
+  for (const auto& command : commands()) {
+    if (const auto* option = in(command.options)) return option;
+  }
+  return nullptr;
+}
+
+/// What the parser would let pass: an option that takes the next option for its value, a flag with
+/// a value. A safety that is said must never be lost.
+void checkValues(const std::vector<std::string>& words) {
+  for (auto word = words.begin(); word != words.end() && *word != "--"; ++word) {
+    const auto equals = word->find('=');
+    const auto name = word->substr(0, equals);
+    const auto* option = findOption(name);
+    if (option == nullptr) continue;
+    if (equals != std::string::npos) {
+      if (option->kind == ValueKind::none) throw UsageError(name + " takes no value");
+      if (equals + 1 == word->size()) throw UsageError(name + " has no value behind its '='");
+    } else if (option->kind != ValueKind::none) {
+      const auto value = word + 1;
+      if (value == words.end() || value->starts_with("--") || *value == "-h") {
+        throw UsageError(name + " wants a value");
+      }
+      ++word;
+    }
+  }
+}
+
 }  // namespace
 
 Arguments Arguments::parse(const std::vector<std::string>& words) {
@@ -87,13 +122,8 @@ Arguments Arguments::parse(const std::vector<std::string>& words) {
 
   Arguments arguments;
   std::optional<std::string> problem;
+  checkValues(words);
   std::vector<std::string> reversed(words.rbegin(), words.rend());
-  for (const auto& word : words) {
-    // The parser would take the next word for the value.
-    if (word.starts_with("--") && word.ends_with('=')) {
-      throw UsageError(word.substr(0, word.size() - 1) + " has no value behind its '='");
-    }
-  }
   try {
     app.parse(std::move(reversed));
   } catch (const CLI::ParseError& error) {

@@ -108,7 +108,9 @@ ExitStatus compare(Session& session) {
     if (!exists(path)) printError(session.mac().display(path) + " isn't there");
   }
   if (session.wantsJson()) {
-    if (diff.unseen > 0) printError(fmt::format("{} things couldn't be looked at", diff.unseen));
+    if (diff.unseen > 0)
+      printError(fmt::format("{} {} couldn't be looked at", diff.unseen,
+                             diff.unseen == 1 ? "thing" : "things"));
     session.output().json(toJson(diff));
   } else {
     session.output().text(diffText(diff));

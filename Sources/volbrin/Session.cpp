@@ -73,7 +73,7 @@ ProgressLine* Session::progress() {
   return progress_.get();
 }
 
-ScanOptions Session::scanOptions() {
+ScanOptions Session::scanOptions(Missing missing) {
   ScanOptions options;
   options.now = presentDate();
   if (const auto text = arguments_.value("--now")) {
@@ -87,7 +87,7 @@ ScanOptions Session::scanOptions() {
   }
   options.avoidPrivacyPrompts = arguments_.has("--avoid-privacy-prompts");
   for (const auto& argument : arguments_.values("--protect")) {
-    for (const auto& path : protectedForms(argument)) {
+    for (const auto& path : protectedForms(argument, missing)) {
       options.extraProtected.push_back({path, "a path you added"});
     }
   }
@@ -120,7 +120,7 @@ std::string Session::machinePath(const std::string& argument) {
   return standardized(mac().path(argument.starts_with('/') ? standardized(argument) : path));
 }
 
-std::vector<std::string> Session::protectedForms(const std::string& argument) {
+std::vector<std::string> Session::protectedForms(const std::string& argument, Missing missing) {
   // On a real machine written paths are absolute; on a fake one they stand without its root.
   const auto written = [this](const std::string& path) {
     return isAtOrInside(path, mac().root()) ? path.substr(mac().root().size()) : path;
@@ -128,7 +128,9 @@ std::vector<std::string> Session::protectedForms(const std::string& argument) {
   const std::string path = machinePath(argument);
   std::vector<std::string> forms = {written(path)};
   if (const auto real = resolved(path); !real) {
-    printError("nothing is at '" + argument + "', so --protect keeps nothing there");
+    const auto words = "nothing is at '" + argument + "', so --protect keeps nothing there";
+    if (missing == Missing::refuse) throw UsageError(words);
+    printError(words);
   } else if (*real != path) {
     forms.push_back(written(*real));
   }

@@ -39,13 +39,15 @@ class Session {
 
   // From here on: UsageError for a value that doesn't parse.
 
-  [[nodiscard]] ScanOptions scanOptions();
+  /// How to take a `--protect` of what isn't there: a slip of the hand, perhaps.
+  enum class Missing { warn, refuse };
+  [[nodiscard]] ScanOptions scanOptions(Missing missing = Missing::warn);
   [[nodiscard]] std::optional<Goal> goal() const;
   /// A path argument as an absolute path of the machine.
   [[nodiscard]] std::string machinePath(const std::string& argument);
   /// A path to keep, in the forms of a rule: as it stands and, behind links, where it really is.
-  /// Says so on standard error when nothing is there.
-  [[nodiscard]] std::vector<std::string> protectedForms(const std::string& argument);
+  [[nodiscard]] std::vector<std::string> protectedForms(const std::string& argument,
+                                                        Missing missing);
   /// The drive that an option names: its name as it stands, a path in the engine's form.
   [[nodiscard]] std::optional<std::string> drive(std::string_view option,
                                                  const std::vector<DriveInfo>& drives);

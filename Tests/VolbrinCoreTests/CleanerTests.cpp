@@ -1,6 +1,9 @@
 #include "Acting/Cleaner.hpp"
 
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <fstream>
 
 #include "ActTest.hpp"
 #include "Files.hpp"
@@ -178,6 +181,60 @@ TEST_F(CleanerTests, TakesAwayOnlyTheLinksThatItMade) {
   EXPECT_THAT(undo("lost"), testing::StartsWith("failed: ~/.Trash/lost isn't there any more"));
   EXPECT_TRUE(isSymlink(machine_.path("~/lost")) && isSymlink(machine_.path("~/other")));
   EXPECT_EQ(readFile(machine_.path("~/file")), "theirs");
+}
+
+TEST_F(CleanerTests, ActsOnNoPathThatIsntPlain) {
+  HistoryEntry entry;
+  machine_.file("~/.Trash/x");
+  const auto bad = machine_.path("~/.Trash/../../../outside");
+  for (const auto& [id, from] :
+       {std::pair{"relative", std::string("a/b")}, {"empty", std::string()}, {"dots", bad}}) {
+    entry.id = id;
+    entry.relocated = {{from, machine_.path("~/.Trash/x"), {}, {}}};
+    ASSERT_TRUE(History::append(entry, mac()));
+    EXPECT_THAT(undo(id), testing::EndsWith(": Invalid argument"));
+  }
+  EXPECT_TRUE(exists(machine_.path("~/.Trash/x")));
+}
+
+/// Writes into what is being put back from another drive, once its copy has begun.
+class Writer final : public CopyObserver {
+ public:
+  explicit Writer(std::function<void()> write) : write_(std::move(write)) {}
+  void copying(const std::string& /*path*/) override {
+    std::exchange(write_, [] {})();
+  }
+  void copied(ByteCount /*bytes*/) override {}
+  [[nodiscard]] bool isStopped() const override { return false; }
+
+ private:
+  std::function<void()> write_;
+};
+
+TEST_F(CleanerTests, PutsBackFromAnotherDriveAndRemovesOnlyWhatItCopied) {
+  const std::string drive = "/dev/shm/volbrin-test-" + std::to_string(::getpid());
+  struct stat here {
+  }, there{};
+  if (!fs::create_directories(drive + "/tree/in") || ::stat(drive.c_str(), &there) != 0 ||
+      ::stat(machine_.root().c_str(), &here) != 0 || here.st_dev == there.st_dev) {
+    GTEST_SKIP() << "no other drive here";
+  }
+  std::ofstream(drive + "/tree/file") << "old";
+  fs::create_symlink("in", drive + "/tree/link");
+  HistoryEntry entry;
+  entry.id = "parked";
+  entry.relocated = {{machine_.path("~/new/tree"), drive + "/tree", {}, true}};
+  ASSERT_TRUE(History::append(entry, mac()));
+  Writer writer([&] { std::ofstream(drive + "/tree/in/late") << "late"; });
+  const auto result = Cleaner::undo("parked", mac(), false, &writer);
+  // What came while it was copied stays, whether or not the copy has it too.
+  EXPECT_TRUE(exists(drive + "/tree/in/late"));
+  EXPECT_THAT(result.detail, testing::EndsWith(" is still at " + drive + "/tree."));
+  EXPECT_EQ(readFile(machine_.path("~/new/tree/file")), "old");
+  EXPECT_TRUE(isSymlink(machine_.path("~/new/tree/link")));
+  EXPECT_FALSE(exists(drive + "/tree/file"));
+  EXPECT_THAT(listNames(machine_.path("~/new")), ElementsAre("tree"));
+  fs::remove_all(drive);
 }
 
 }  // namespace

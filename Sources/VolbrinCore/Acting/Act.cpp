@@ -18,4 +18,8 @@ std::string reachesProtected(const std::string& why) {
   return "It reaches " + why + ", which is never touched.";
 }
 
+std::string holdsProtected(const std::string& why) {
+  return "It holds " + why + ", which is never touched.";
+}
+
 }  // namespace volbrin

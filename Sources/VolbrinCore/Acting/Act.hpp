@@ -51,7 +51,8 @@ struct Outcome {
 /// For what hadn't begun when the user asked to stop.
 inline constexpr std::string_view stoppedBefore = "Stopped before this one; nothing was touched.";
 
-/// Words for a never-touch rule that an action would reach.
+/// Words for a never-touch rule that an action would reach, and for one within a path.
 [[nodiscard]] std::string reachesProtected(const std::string& why);
+[[nodiscard]] std::string holdsProtected(const std::string& why);
 
 }  // namespace volbrin

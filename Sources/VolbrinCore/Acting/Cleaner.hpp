@@ -47,8 +47,9 @@ struct Cleaner {
 
   /// Puts back what the newest action under this id, not undone yet, moved to a Trash or a parking
   /// place, and takes away the links that it left. Never overwrites anything. `relocated` lists
-  /// what was put back.
-  [[nodiscard]] static CleanResult undo(const std::string& id, const Mac& mac, bool dryRun);
+  /// what was put back. From another drive things are copied: `observer` hears of it and may stop.
+  [[nodiscard]] static CleanResult undo(const std::string& id, const Mac& mac, bool dryRun,
+                                        CopyObserver* observer = nullptr);
 
   /// Whether `undo` finds anything to put back in what an action relocated.
   [[nodiscard]] static bool isUndoable(const std::vector<Relocation>& relocated, const Mac& mac);

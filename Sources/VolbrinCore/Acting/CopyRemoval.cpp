@@ -5,6 +5,7 @@
 #include "../Compare.hpp"
 #include "../Files.hpp"
 #include "Actions.hpp"
+#include "Ladder.hpp"
 
 namespace volbrin {
 namespace {
@@ -35,6 +36,7 @@ Outcome removeCopy(const Finding& finding, const ActScene& scene) {
   if (!exists(path) || !exists(keeper)) {
     return refused("One of the two copies isn't there any more; scan again.");
   }
+  if (const auto why = protectedInside(path, scene.guard)) return refused(holdsProtected(*why));
   const auto differences = differencesBetween(path, keeper, scene.options.observer);
   if (!differences) return refused(throughLink);
   if (*differences > 0) {

@@ -56,7 +56,7 @@ std::optional<std::string> refusalOfPath(const std::string& path, Kind kind,
   if (!exists(path)) return scene.mac.display(path) + " isn't there any more; scan again.";
   if (!touchesContents(kind)) return std::nullopt;
   if (const auto why = protectedInside(path, scene.guard)) {
-    return "It holds " + *why + ", which is never touched.";
+    return holdsProtected(*why);
   }
   return std::nullopt;
 }

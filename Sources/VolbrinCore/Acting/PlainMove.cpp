@@ -74,6 +74,7 @@ std::optional<Outcome> giveUpFurtherPaths(const Finding& finding, const std::str
 Outcome moveTo(const Finding& finding, const std::string& target, const ActScene& scene) {
   const auto& source = finding.paths.front();
   const auto shown = scene.mac.display(target);
+  if (!target.starts_with('/') || standardized(target) != target) return noDriveSaid();
   if (isTaken(target)) return alreadyExists(target, scene);
   if (isAtOrInside(target, source)) return noDriveSaid();
   if (scene.options.dryRun) {

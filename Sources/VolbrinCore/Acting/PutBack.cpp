@@ -13,6 +13,7 @@
 #include "../System.hpp"
 #include "RemoveTree.hpp"
 #include "Target.hpp"
+#include "TreeSnapshot.hpp"
 
 namespace volbrin {
 namespace {
@@ -42,12 +43,14 @@ void removeQuietly(const HeldItem& item) {
 }
 
 /// By a proved copy, which takes the place when it is whole.
-void putBackAcrossDrives(const std::string& present, const std::string& old,
-                         const HeldItem& oldPlace, const Mac& mac) {
+bool putBackAcrossDrives(const std::string& present, const std::string& old,
+                         const HeldItem& oldPlace, const Mac& mac, CopyObserver* observer) {
+  // From before the copy: what changes later isn't in it.
+  const TreeSnapshot snapshot(present);
   HeldItem copy = holdItem(old);
   copy.name = passingName(oldPlace);
   const auto copyPath = below(parentFolder(old), copy.name);
-  const auto fault = mac.platform().copyTree(present, copyPath, nullptr);
+  const auto fault = mac.platform().copyTree(present, copyPath, observer);
   if (fault && !fault->hasStarted) throw std::runtime_error(fault->what);
   try {
     if (fault) throw std::runtime_error(fault->what);
@@ -59,22 +62,25 @@ void putBackAcrossDrives(const std::string& present, const std::string& old,
     throw;
   }
   syncFolder(oldPlace.folder);
-  removeQuietly(holdItem(present));
+  return snapshot.removeUnchanged();
 }
 
 }  // namespace
 
-void putBack(const std::string& present, const std::string& old, const Mac& mac) {
+bool putBack(const std::string& present, const std::string& old, const Mac& mac,
+             CopyObserver* observer) {
   const HeldItem item = holdItem(present);
   const HeldItem place = prepareTarget(old);
+  bool isAllBack = true;
   if (renameExclusively(item.folder, item.name, place.folder, place.name)) {
     syncFolder(place.folder);
   } else if (errno == EXDEV) {
-    putBackAcrossDrives(present, old, place, mac);
+    isAllBack = putBackAcrossDrives(present, old, place, mac, observer);
   } else {
     throw std::system_error(errno, std::generic_category(), old);
   }
-  mac.platform().forgetTrashed(present);
+  if (isAllBack) mac.platform().forgetTrashed(present);
+  return isAllBack;
 }
 
 std::optional<std::string> linkTarget(const std::string& path) {

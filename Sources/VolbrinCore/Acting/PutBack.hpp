@@ -9,8 +9,11 @@ namespace volbrin {
 /// Moves the item at `present` back to `old`, making the folders above it; nothing that stands
 /// there is ever replaced, and a link in a folder's place on either way is an error. From another
 /// drive it is copied under another name beside `old`, the copy proved and renamed, and only then
-/// the item at `present` is removed. Raises std::system_error; the item is then where it was.
-void putBack(const std::string& present, const std::string& old, const Mac& mac);
+/// what was copied is removed at `present`: false when anything is left there because it changed
+/// meanwhile or can't go. `observer` may be null, and may stop the copy. Raises std::exception; the
+/// item is then where it was.
+[[nodiscard]] bool putBack(const std::string& present, const std::string& old, const Mac& mac,
+                           CopyObserver* observer);
 
 /// Removes the symbolic link at `path`, if it is one that holds `target`; anything else stays.
 /// Whether no such link is there any more. Raises std::system_error when it can't go.

@@ -1,6 +1,6 @@
 #include "Target.hpp"
 
-#include <cerrno>
+#include <optional>
 #include <system_error>
 #include <vector>
 
@@ -12,19 +12,23 @@ namespace volbrin {
 bool isTaken(const std::string& path) { return exists(path) || isSymlink(path); }
 
 HeldItem prepareTarget(const std::string& path) {
-  std::string anchor(parentFolder(path));
-  std::vector<std::string> missing;  // from the bottom
-  HeldItem target{holdFolder(anchor), std::string(lastComponent(path))};
-  while (!target.folder && errno == ENOENT && anchor != "/") {
-    missing.emplace_back(lastComponent(anchor));
-    anchor = parentFolder(anchor);
-    target.folder = holdFolder(anchor);
+  std::string nearest = path;
+  std::vector<std::string> missing;  // the folders above `path`, from the bottom
+  std::optional<HeldItem> held;
+  while (!held) {
+    try {
+      held = holdItem(nearest);
+    } catch (const std::system_error& error) {
+      if (error.code() != std::errc::no_such_file_or_directory) throw;
+      nearest = parentFolder(nearest);
+      missing.emplace_back(lastComponent(nearest));
+    }
   }
-  if (!target.folder) throw std::system_error(errno, std::generic_category(), anchor);
   for (auto name = missing.rbegin(); name != missing.rend(); ++name) {
-    target.folder = makeFolderBelow(target.folder, *name, 0777);
+    held->folder = makeFolderBelow(held->folder, *name, 0777);
   }
-  return target;
+  held->name = lastComponent(path);
+  return std::move(*held);
 }
 
 }  // namespace volbrin

@@ -27,7 +27,8 @@ std::optional<HistoryEntry> newestNotUndone(const std::string& id, const Mac& ma
 
 class Undo {
  public:
-  Undo(const HistoryEntry& entry, const Mac& mac) : entry_(entry), mac_(mac) {
+  Undo(const HistoryEntry& entry, const Mac& mac, CopyObserver* observer)
+      : entry_(entry), mac_(mac), observer_(observer) {
     for (const auto& relocation : entry.relocated) {
       if (isRestorable(relocation, mac)) restorable_.push_back(relocation);
       // One that leads elsewhere, or can't be read, isn't the one that was made here.
@@ -39,9 +40,6 @@ class Undo {
 
   Outcome run(bool dryRun) {
     if (restorable_.empty()) return nothingInTrash();
-    if (!dryRun) {
-      if (auto fault = removeLinks()) return *fault;
-    }
     for (const auto& relocation : restorable_) {
       if (auto fault = restore(relocation, dryRun)) return *fault;
     }
@@ -52,6 +50,9 @@ class Undo {
     std::string detail = "Put back where it was.";
     if (!links_.empty()) {
       detail += " The copy on " + shown(links_.front().to) + " stays until you remove it.";
+    }
+    for (const auto& path : left_) {
+      detail += " What changed meanwhile or couldn't be removed is still at " + shown(path) + ".";
     }
     return done(std::move(detail), std::move(restored_));
   }
@@ -67,21 +68,6 @@ class Undo {
     return refused("Nothing went to the Trash; moved files are on the drive at " + places + ".");
   }
 
-  std::optional<Outcome> removeLinks() const {
-    for (const auto& link : links_) {
-      // A link whose original is gone is all that leads to the copy.
-      if (isLost(link)) continue;
-      if (!isRemoved(link)) return failed("Couldn't remove the link at " + shown(link.from) + ".");
-    }
-    return std::nullopt;
-  }
-
-  [[nodiscard]] bool isLost(const Relocation& link) const {
-    return std::any_of(restorable_.begin(), restorable_.end(), [&](const Relocation& each) {
-      return each.from == link.from && !exists(each.to);
-    });
-  }
-
   [[nodiscard]] bool isRemoved(const Relocation& link) const {
     try {
       // What took its place meanwhile stays, and keeps the original from being put back.
@@ -92,12 +78,15 @@ class Undo {
     }
   }
 
-  [[nodiscard]] bool isOneOfTheLinks(const std::string& path) const {
-    return std::any_of(links_.begin(), links_.end(),
-                       [&](const Relocation& link) { return link.from == path; });
+  /// The link that stands where the item was; null when none does.
+  [[nodiscard]] const Relocation* linkAt(const std::string& path) const {
+    const auto found = std::find_if(links_.begin(), links_.end(),
+                                    [&](const Relocation& link) { return link.from == path; });
+    return found == links_.end() ? nullptr : &*found;
   }
 
-  /// Absent when it is back, or in a dry run would be.
+  /// Absent when it is back, or in a dry run would be. A link goes only when its original is there
+  /// to take the place: until then it is all that leads to the copy.
   std::optional<Outcome> restore(const Relocation& relocation, bool dryRun) {
     const auto& present = relocation.to;
     const auto& old = relocation.from;
@@ -105,12 +94,16 @@ class Undo {
       return end(failed(shown(present) + " isn't there any more (the Trash was emptied, or the "
                                          "parked copy was deleted)."));
     }
-    if (isTaken(old) && !(dryRun && isOneOfTheLinks(old))) {
+    const auto* link = linkAt(old);
+    if (link != nullptr && !dryRun && !isRemoved(*link)) {
+      return end(failed("Couldn't remove the link at " + shown(link->from) + "."));
+    }
+    if (isTaken(old) && !(dryRun && link != nullptr)) {
       return end(refused("Something new is already at " + shown(old) + "."));
     }
     if (dryRun) return std::nullopt;
     try {
-      putBack(present, old, mac_);
+      if (!putBack(present, old, mac_, observer_)) left_.push_back(present);
     } catch (const std::exception& error) {
       if (mac_.isFake() || !mac_.runAsAdmin({{"/bin/mv", present, old}})) {
         return end(failed("Couldn't put back " + shown(old) + ": " + wordsOf(error)));
@@ -138,17 +131,20 @@ class Undo {
   std::vector<Relocation> restorable_;
   std::vector<Relocation> links_;  ///< to be removed
   std::vector<Relocation> restored_;
+  std::vector<std::string> left_;  ///< where something stayed
+  CopyObserver* observer_;
 };
 
 }  // namespace
 
-CleanResult Cleaner::undo(const std::string& id, const Mac& mac, bool dryRun) {
+CleanResult Cleaner::undo(const std::string& id, const Mac& mac, bool dryRun,
+                          CopyObserver* observer) {
   const auto entry = newestNotUndone(id, mac);
   if (!entry) {
     return {id, id, CleanResult::Status::refused, "Nothing in the history to undo for this.",
             0,  {}};
   }
-  auto outcome = Undo(*entry, mac).run(dryRun);
+  auto outcome = Undo(*entry, mac, observer).run(dryRun);
   return {id,
           entry->title,
           outcome.status,
