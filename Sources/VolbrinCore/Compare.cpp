@@ -1,7 +1,5 @@
 #include "Compare.hpp"
 
-#include <openssl/evp.h>
-
 #include <algorithm>
 #include <cstring>
 #include <deque>
@@ -13,6 +11,7 @@
 #include "FileStream.hpp"
 #include "Files.hpp"
 #include "Parallel.hpp"
+#include "Sha256.hpp"
 #include "TreeWalk.hpp"
 
 namespace volbrin {
@@ -176,26 +175,18 @@ std::optional<TreeDiff> compareCopies(const std::string& a, const std::string& b
   return compareFolders(a, b, by, WalkOptions::RootLinks::refuse, observer);
 }
 
-std::optional<std::string> sha256Of(const std::string& path) {
+std::optional<std::string> sha256Of(const std::string& path, ReadFrom from) {
   FileStream file(path);
   if (!file.isOpen()) return std::nullopt;
-  const std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX*)> state(EVP_MD_CTX_new(), EVP_MD_CTX_free);
-  EVP_DigestInit_ex(state.get(), EVP_sha256(), nullptr);
+  if (from == ReadFrom::drive) file.dropFromMemory();
+  Sha256 hash;
   thread_local const auto buffer = std::make_unique<std::byte[]>(pieceBytes);
   std::size_t count = pieceBytes;
   while (count == pieceBytes) {
     count = file.fill({buffer.get(), pieceBytes});
-    EVP_DigestUpdate(state.get(), buffer.get(), count);
+    hash.add({buffer.get(), count});
   }
-  std::array<unsigned char, 32> digest{};
-  EVP_DigestFinal_ex(state.get(), digest.data(), nullptr);
-  constexpr const char* digits = "0123456789abcdef";
-  std::string text;
-  for (const unsigned char byte : digest) {
-    text += digits[byte >> 4];
-    text += digits[byte & 15];
-  }
-  return text;
+  return hash.digest();
 }
 
 }  // namespace volbrin

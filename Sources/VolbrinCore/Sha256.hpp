@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace volbrin {
+
+/// SHA-256 (FIPS 180-4) of bytes that come piece by piece.
+class Sha256 {
+ public:
+  Sha256();
+  ~Sha256();
+  Sha256(const Sha256&) = delete;
+  Sha256& operator=(const Sha256&) = delete;
+
+  void add(std::span<const std::byte> bytes);
+
+  /// The digest in 64 lower-case hexadecimal digits; once, at the end.
+  [[nodiscard]] std::string digest();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// The digest of a text's bytes.
+[[nodiscard]] std::string sha256OfText(std::string_view text);
+
+}  // namespace volbrin
