@@ -30,6 +30,7 @@ struct EntryStat {
   ByteCount allocatedBytes = 0;  ///< what it takes on disk: its blocks times `statBlockBytes`
   ByteCount size = 0;            ///< logical size
   std::timespec modified{};
+  bool isDataless = false;  ///< its contents are only in a cloud (macOS: SF_DATALESS, stat(2))
 };
 
 /// Opens a folder for reading its entries. A link in the place of the last component is refused.

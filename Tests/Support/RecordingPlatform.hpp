@@ -13,7 +13,7 @@ namespace volbrin::test {
 
 /// A machine made of answers. Records every touch, in order, and can fail one that may fail. Stands
 /// for a real computer in tests: what it isn't told about is not there.
-class RecordingPlatform final : public Platform {
+class RecordingPlatform : public Platform {
  public:
   std::vector<DriveInfo> driveList;
   std::set<std::string> running;

@@ -45,6 +45,15 @@ class Platform {
     return volbrin::copyTree(source, target, observer);
   }
 
+  // A cloud's files; where there is no such cloud all contents are here, and stay.
+
+  /// Asks for the contents of a file that is only in the cloud. They come some time later.
+  virtual void requestDownload(const std::string& /*path*/) const {}
+  /// Whether the file here is the cloud's current version, with all its contents.
+  [[nodiscard]] virtual bool isCurrent(const std::string& /*path*/) const { return true; }
+  /// Gives the file's contents back to the cloud; it keeps its name here.
+  virtual void evict(const std::string& /*path*/) const {}
+
   /// Runs a program by argument vector, no shell between, and returns what it wrote to standard
   /// output, bad UTF-8 repaired. No input, no time limit. Absent when the list is empty, the
   /// program isn't found or doesn't start, or it ends with a status other than 0.
