@@ -34,6 +34,11 @@ void ActionProgress::begin(const std::string& title) {
   turnTo(title);
 }
 
+void ActionProgress::say(const std::string& line) {
+  const std::lock_guard guard(lock_);
+  if (isShown_) line_.draw(isStopped() ? "Stopping: " + line : line);
+}
+
 void ActionProgress::copying(const std::string& path) { turnTo("Copying " + path); }
 
 void ActionProgress::proving() {

@@ -20,6 +20,8 @@ class ActionProgress final : public CleanObserver {
 
   /// What is so called begins.
   void begin(const std::string& title);
+  /// A line of the engine's own.
+  void say(const std::string& line);
   /// The ids of what couldn't be written into the history.
   [[nodiscard]] const std::set<std::string>& unrecordedIDs() const { return unrecordedIDs_; }
 

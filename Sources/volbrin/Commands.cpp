@@ -6,7 +6,7 @@
 namespace volbrin::cli {
 
 CommandFunction functionOf(std::string_view command) {
-  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 12> functions = {{
+  static constexpr std::array<std::pair<std::string_view, CommandFunction>, 14> functions = {{
       {"status", status},
       {"scan", scan},
       {"plan", plan},
@@ -18,6 +18,8 @@ CommandFunction functionOf(std::string_view command) {
       {"clean", clean},
       {"undo", undo},
       {"history", history},
+      {"icloud scan", cloudScan},
+      {"icloud clean", cloudClean},
       {"catalog check", catalogCheck},
   }};
   for (const auto& [name, function] : functions) {

@@ -23,6 +23,8 @@ ExitStatus owner(Session& session);
 ExitStatus clean(Session& session);
 ExitStatus undo(Session& session);
 ExitStatus history(Session& session);
+ExitStatus cloudScan(Session& session);
+ExitStatus cloudClean(Session& session);
 ExitStatus catalogCheck(Session& session);
 
 }  // namespace volbrin::cli

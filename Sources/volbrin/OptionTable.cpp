@@ -28,6 +28,16 @@ std::vector<Option> with(std::vector<Option> options, std::vector<Option> more) 
   return options;
 }
 
+std::vector<Option> cloudSizes() {
+  return {{"--min-bytes", "", ValueKind::text, "N",
+           "leave files below N bytes out; 20000000 by default"},
+          {"--big-bytes", "", ValueKind::text, "N",
+           "list lone files from N bytes on; 1000000000 by default"},
+          {"--size-only-bytes", "", ValueKind::text, "N",
+           "from N bytes on take files of one size for copies, whatever their names; 100000000 by "
+           "default"}};
+}
+
 std::vector<Option> dryRunAndYes() {
   return {{"--dry-run", "", ValueKind::none, "", "say what would happen and change nothing"},
           {"--yes", "", ValueKind::none, "", "don't ask"}};
@@ -171,6 +181,40 @@ const std::vector<Command>& commands() {
        {},
        {},
        {{"volbrin history", "what was done so far"}}},
+      {"icloud scan",
+       "copies and big files in iCloud Drive",
+       "Looks for files that iCloud Drive holds more than once or that are also on this Mac or a "
+       "drive, by name and size, and for big files with no other copy. Nothing is downloaded, "
+       "opened or changed.",
+       {},
+       cloudSizes(),
+       {{"volbrin icloud scan", "what could leave iCloud Drive"},
+        {"volbrin icloud scan --min-bytes 1000000", "smaller files too"}}},
+      {"icloud clean",
+       "take files out of iCloud Drive",
+       "Scans and takes the files of these ids out of iCloud Drive: each is downloaded if need be, "
+       "checked byte for byte against the copy that stays, copied to a drive, and removed once the "
+       "copy on the drive is proved. Shows what will happen and asks first. Ctrl-C stops after the "
+       "file that is at work.",
+       {{"ID", ValueKind::text, "a file's id, in brackets in the scan's text", true, true}},
+       with(with({{"--drive",
+                   "",
+                   ValueKind::text,
+                   "DRIVE",
+                   "the drive to park the files on, by name or path",
+                   {},
+                   false,
+                   true},
+                  {"--chunk-bytes", "", ValueKind::text, "N",
+                   "most bytes to download at once; 5000000000 by default"},
+                  {"--margin-bytes", "", ValueKind::text, "N",
+                   "free space to leave on the Mac; 5000000000 by default"},
+                  {"--agree", "", ValueKind::none, "",
+                   "you know the cautions of these files and agree to them"}},
+                 dryRunAndYes()),
+            cloudSizes()),
+       {{"volbrin icloud clean icloud-0123456789ab --drive Backup --dry-run", "what would happen"},
+        {"volbrin icloud clean icloud-0123456789ab --drive Backup", "after a question"}}},
       {"catalog check",
        "what is wrong with a rule file",
        "Loads a rule file and reports everything that is wrong with it, each with its place in the "

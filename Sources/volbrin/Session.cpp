@@ -34,16 +34,6 @@ std::string absolute(const std::string& typed) {
   return standardized(path);
 }
 
-ByteCount byteCount(const std::string& option, const std::string& text) {
-  ByteCount value = 0;
-  const char* end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || rest != end || value < 0) {
-    throw UsageError(option + " wants a whole number of bytes, not '" + text + "'");
-  }
-  return value;
-}
-
 }  // namespace
 
 Session::Session(const Arguments& arguments)
@@ -73,6 +63,18 @@ ProgressLine* Session::progress() {
   return progress_.get();
 }
 
+std::optional<ByteCount> Session::byteCount(std::string_view option) const {
+  const auto text = arguments_.value(option);
+  if (!text) return std::nullopt;
+  ByteCount value = 0;
+  const char* end = text->data() + text->size();
+  const auto [rest, error] = std::from_chars(text->data(), end, value);
+  if (error != std::errc() || rest != end || value < 0) {
+    throw UsageError(std::string(option) + " wants a whole number of bytes, not '" + *text + "'");
+  }
+  return value;
+}
+
 ScanOptions Session::scanOptions(Missing missing) {
   ScanOptions options;
   options.now = presentDate();
@@ -82,9 +84,7 @@ ScanOptions Session::scanOptions(Missing missing) {
       throw UsageError("--now wants a date such as 2026-03-01T12:00:00Z, not '" + *text + "'");
     options.now = *date;
   }
-  if (const auto text = arguments_.value("--min-bytes")) {
-    options.minimumBytes = byteCount("--min-bytes", *text);
-  }
+  options.minimumBytes = byteCount("--min-bytes");
   options.avoidPrivacyPrompts = arguments_.has("--avoid-privacy-prompts");
   for (const auto& argument : arguments_.values("--protect")) {
     for (const auto& path : protectedForms(argument, missing)) {

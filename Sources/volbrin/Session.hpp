@@ -39,6 +39,8 @@ class Session {
 
   // From here on: UsageError for a value that doesn't parse.
 
+  /// The number of bytes that an option gives; absent when it isn't there.
+  [[nodiscard]] std::optional<ByteCount> byteCount(std::string_view option) const;
   /// How to take a `--protect` of what isn't there: a slip of the hand, perhaps.
   enum class Missing { warn, refuse };
   [[nodiscard]] ScanOptions scanOptions(Missing missing = Missing::warn);
