@@ -77,6 +77,7 @@ void makeHomeMachine(const std::string& root, std::size_t files) {
 }
 
 void makeMoveMachine(const std::string& root, std::size_t count, std::size_t bytes) {
+  makeFolders(root + "/Users/me");
   makeFileTree(root + "/Users/me/Big", count, bytes);
   makeFolders(root + "/Volumes/Backup");
   const Descriptor folder = makeFolders(root);

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "Acting/History.hpp"
+#include "ICloud/CloudNames.hpp"
 #include "Json.hpp"
 
 namespace volbrin::faults {
@@ -18,8 +19,12 @@ const Words removeCopy = {"clean", "personal-movies-twice", "--agree", "--yes"};
 const Words trashMany = {"clean", "many", "--yes"};
 const Words removeCache = {"clean", "cache", "--permanent-caches", "--yes"};
 
-Words undoOf(const Words& clean) { return {"undo", clean[1], "--yes"}; }
+/// The undo of the first id.
+Words undoOf(const Words& clean) {
+  return {"undo", clean.front() == "icloud" ? clean[2] : clean[1], "--yes"};
+}
 
+const std::string cloud = "~/Library/Mobile Documents/com~apple~CloudDocs";
 const std::string moved = "/Volumes/Ext/Moved from Mac/Movies/Trip";
 const std::string sounds = "/Volumes/Ext/Sound Libraries/Maker";
 
@@ -115,6 +120,17 @@ const std::vector<Scenario>& scenarios() {
                     .checkedPaths = {ext, ext + "/Parked", ext + "/Parked/Old", "~/Returned"},
                     .hasCopies = true,
                     .isAcrossDrives = true});
+    addBoth(
+        list,
+        {.name = "out of iCloud Drive",
+         .words = {"icloud", "clean", "@" + cloud + "/film", "@" + cloud + "/in/copy", "--drive",
+                   "Ext", "--min-bytes", "0", "--big-bytes", "0", "--margin-bytes", "0", "--agree",
+                   "--yes"},
+         .checkedPaths = {cloud, cloud + "/film", cloud + "/in", ext, ext + "/Removed from iCloud",
+                          ext + "/Removed from iCloud/iCloud Drive/in"},
+         .hasCopies = true,
+         .usesDrive = true},
+        {cloud, cloud + "/in", ext + "/Removed from iCloud"});
     const std::string trash = "~/.local/share/Trash";
     addBoth(list,
             {.name = "trash of many paths, Linux",
@@ -144,6 +160,9 @@ Stage::Stage(const std::function<void(const std::string& drive)>& mount) {
   fs::resize_file(machine_.file("~/Movies/Trip/hollow", "begin"), 400'000);
   file("~/Steam/steamapps/common/Game/data", 50'000), file("~/Steam/steamapps/app_1.acf");
   file("~/Steam/steamapps/more"), machine_.folder("/Volumes/Ext/Steam/steamapps/common");
+  file(cloud + "/film", 90'000), file(cloud + "/original", 3'000);
+  fs::create_directories(path(cloud + "/in"));
+  fs::copy_file(path(cloud + "/original"), path(cloud + "/in/copy"));
   file("/Library/Sounds/One/a"), file("/Library/Sounds/Two/b");
   for (const char* name : {"1", "2", "3", "4", "5", "6"}) file("~/Piles/" + std::string(name));
   file("~/Library/Caches/tool/deep/x"), file("~/Library/Caches/tool/y");
@@ -164,6 +183,9 @@ Stage::Stage(const std::function<void(const std::string& drive)>& mount) {
 Ending Stage::run(const Scenario& scenario, const std::vector<std::string>& words,
                   std::map<std::string, std::string> environment) const {
   auto all = words;
+  for (auto& word : all) {
+    if (word.starts_with('@')) word = cloudID(path(word.substr(1)));
+  }
   environment["HOME"] = path("~");
   if (!scenario.isReal) all.insert(all.end(), {"--machine", root()});
   if (words.front() == "clean") {
