@@ -145,6 +145,8 @@ bool isStandard(int file) { return file >= 0 && file <= 2; }
 
 }  // namespace
 
+// A function's parameter list can't stand in parentheses of its own.
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define CHANGING(name, parameters, arguments)                    \
   extern "C" int name parameters {                               \
     static const auto real = original<int(*) parameters>(#name); \

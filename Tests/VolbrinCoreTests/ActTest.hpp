@@ -28,7 +28,7 @@ class ActTest : public testing::Test {
   }
 
   /// Of what rebuilds itself, 100 bytes, to be trashed.
-  [[nodiscard]] Finding finding(std::vector<std::string> written) const {
+  [[nodiscard]] Finding finding(const std::vector<std::string>& written) const {
     Finding finding;
     finding.id = "id";
     finding.title = "Title";
@@ -40,8 +40,8 @@ class ActTest : public testing::Test {
   }
 
   /// One to be moved, as the user agreed by `options_.moveTo`.
-  Finding move(std::vector<std::string> written) {
-    auto result = finding(std::move(written));
+  Finding move(const std::vector<std::string>& written) {
+    auto result = finding(written);
     result.tier = Tier::personal;
     result.action.kind = Action::Kind::move;
     options_.moveTo = "Ext";
@@ -49,8 +49,8 @@ class ActTest : public testing::Test {
   }
 
   /// A hand-off to be moved with links.
-  Finding linkMove(std::vector<std::string> written) {
-    auto result = move(std::move(written));
+  Finding linkMove(const std::vector<std::string>& written) {
+    auto result = move(written);
     result.owner = "Maker";
     result.action.kind = Action::Kind::handOff;
     result.action.linkable = true;
@@ -75,7 +75,7 @@ class ActTest : public testing::Test {
   /// The same, for what must change nothing, and what a dry run must answer in the same words.
   std::string toldTwice(const Finding& finding) {
     const auto before = recordOf(machine_.root());
-    const auto text = told(finding);
+    auto text = told(finding);
     options_.dryRun = true;
     EXPECT_EQ(told(finding), text);
     options_.dryRun = false;
@@ -88,7 +88,7 @@ class ActTest : public testing::Test {
   std::string toldDry(const Finding& finding) {
     const auto before = recordOf(machine_.root());
     options_.dryRun = true;
-    const auto text = told(finding);
+    auto text = told(finding);
     options_.dryRun = false;
     EXPECT_EQ(recordOf(machine_.root()), before);
     return text;

@@ -84,7 +84,7 @@ std::optional<std::string> refusal(const Finding& finding, const ActScene& scene
   if (kind == Kind::remove && finding.tier != Tier::rebuilds) {
     return "Only caches that rebuild themselves are ever deleted.";
   }
-  if (const auto caution = waitingCaution(finding, scene.options)) return caution;
+  if (auto caution = waitingCaution(finding, scene.options)) return caution;
   for (const auto& path : finding.paths) {
     if (auto why = refusalOfPath(path, kind, scene)) return why;
   }
