@@ -109,7 +109,7 @@ Tally tryAll(const Scenario& scenario, std::size_t step, bool canMount) {
   return sum;
 }
 
-int runCampaign(std::size_t step) {
+int runCampaign(std::size_t step, const std::string& only) {
   const bool mounts = canMount();
   if (!mounts)
     fmt::print(stderr, "No file systems can be mounted here: those faults are left out.\n");
@@ -119,6 +119,7 @@ int runCampaign(std::size_t step) {
   Tally sum;
   for (const auto& scenario : scenarios()) {
     if (scenario.isAcrossDrives && !mounts) continue;
+    if (scenario.name.find(only) == std::string::npos) continue;
     const auto tally = tryAll(scenario, step, mounts);
     sum.tried += tally.tried;
     sum.missed += tally.missed;
@@ -136,11 +137,11 @@ int runCampaign(std::size_t step) {
 int main(int count, char** words) {
   const int step = count > 1 ? std::atoi(words[1]) : 1;
   if (step < 1) {
-    fmt::print(stderr, "usage: volbrin-faults [STEP]\n");
+    fmt::print(stderr, "usage: volbrin-faults [STEP [ACTION]]\n");
     return 2;
   }
   try {
-    return runCampaign(static_cast<std::size_t>(step));
+    return runCampaign(static_cast<std::size_t>(step), count > 2 ? words[2] : "");
   } catch (const std::exception& error) {
     fmt::print(stderr, "volbrin-faults: {}\n", error.what());
     return 1;
