@@ -22,6 +22,7 @@ struct Scenario {
   bool isReal = false;                         ///< on this computer, with a home of its own
   bool hasCopies = false;                      ///< copies are made and proved
   bool usesDrive = false;                      ///< the drive "Ext" is written to
+  bool isOnlyOnDrive = false;                  ///< what it takes away is then on the drive alone
   bool isAcrossDrives = false;                 ///< "Ext" must be a file system of its own
 };
 
@@ -41,6 +42,8 @@ class Stage {
     return machine_.path(written);
   }
   [[nodiscard]] const std::string& root() const { return machine_.root(); }
+  /// The drive "Ext" at another place, where it stays when it is unmounted; empty for none.
+  std::string driveAside;
   [[nodiscard]] const std::string& outside() const { return outside_.path(); }
   /// What may change and go: what rebuilds itself, and what the tool and the system write down.
   [[nodiscard]] std::set<std::string> ownedByNobody() const;

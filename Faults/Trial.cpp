@@ -25,15 +25,18 @@ namespace {
 /// Holds a machine against what it was.
 class Watch {
  public:
-  explicit Watch(const Stage& stage, bool isDriveLost)
+  enum class Drive { kept, lost };
+  Watch(const Stage& stage, Drive drive)
       : stage_(stage),
-        isDriveLost_(isDriveLost),
+        drive_(drive),
         contents_({stage.root()}, leftOut()),
         outside_(test::recordOf(stage.outside())) {}
 
   void look(const Scenario& scenario, const std::string& when, Verdict& verdict) const {
     if (!verdict.fault.empty()) return;
-    const Ledger now({stage_.root()});
+    std::set<std::string> tops = {stage_.root()};
+    if (drive_ == Drive::kept && !stage_.driveAside.empty()) tops.insert(stage_.driveAside);
+    const Ledger now(tops);
     verdict.lostBytes += contents_.lostIn(now);
     if (verdict.lostBytes > 0) verdict.fault = "contents are gone " + when;
     if (test::recordOf(stage_.outside()) != outside_) {
@@ -46,12 +49,12 @@ class Watch {
  private:
   [[nodiscard]] std::set<std::string> leftOut() const {
     auto paths = stage_.ownedByNobody();
-    if (isDriveLost_) paths.insert(stage_.path("/Volumes/Ext"));
+    if (drive_ == Drive::lost) paths.insert(stage_.path("/Volumes/Ext"));
     return paths;
   }
 
   const Stage& stage_;
-  bool isDriveLost_;
+  Drive drive_;
   Ledger contents_;
   test::TreeRecord outside_;
 };
@@ -76,7 +79,9 @@ Verdict tryOn(const Stage& stage, const Scenario& scenario, const Fault& fault) 
   for (const auto& words : scenario.first) {
     if (stage.run(scenario, words).status != 0) verdict.fault = "the scenario wasn't reached";
   }
-  const Watch watch(stage, fault.kind == Fault::Kind::unmounted);
+  // Where originals stay on the machine, a drive that goes away may be broken for good.
+  const bool isLost = fault.kind == Fault::Kind::unmounted && !scenario.isOnlyOnDrive;
+  const Watch watch(stage, isLost ? Watch::Drive::lost : Watch::Drive::kept);
   std::map<std::string, std::string> environment;
   if (!fault.plan.empty()) {
     environment = {{"LD_PRELOAD", VOLBRIN_INJECTOR}, {"FAULT", planFor(fault, stage)}};
@@ -130,8 +135,16 @@ std::string inNamespace(const std::function<std::string()>& work) {
 /// The same on a stage whose drive is a file system of its own.
 std::string onOwnDrive(std::size_t bytes, const std::function<std::string(const Stage&)>& work) {
   return inNamespace([&] {
-    const Stage stage([&](const std::string& drive) { mountDrive(drive, bytes); });
+    const test::TemporaryFolder aside;
+    Stage stage([&](const std::string& drive) {
+      mountDrive(drive, bytes);
+      if (::mount(drive.c_str(), aside.path().c_str(), nullptr, MS_BIND, nullptr) != 0) {
+        throw std::runtime_error("couldn't mount a drive twice");
+      }
+    });
+    stage.driveAside = aside.path();
     auto text = work(stage);
+    ::umount2(aside.path().c_str(), MNT_DETACH);
     ::umount2(stage.path("/Volumes/Ext").c_str(), MNT_DETACH);
     return text;
   });

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "OptionTable.hpp"
@@ -27,23 +28,37 @@ std::string quotable(std::string_view text) {
 struct FirstWord {
   std::string word;
   std::string summary;
-  std::vector<std::string> seconds;
+  std::vector<std::string> seconds = {};
+  std::vector<Option> options = {};          ///< of all commands that begin so, each once
+  std::vector<Positional> positionals = {};  ///< of the first of them
 };
+
+void addMissing(std::vector<Option>& all, const std::vector<Option>& more) {
+  for (const auto& option : more) {
+    const bool isKnown = std::any_of(
+        all.begin(), all.end(), [&](const Option& known) { return known.name == option.name; });
+    if (!isKnown) all.push_back(option);
+  }
+}
 
 std::vector<FirstWord> firstWords() {
   std::vector<FirstWord> words;
   for (const auto& command : commands()) {
     const auto parts = split(command.name, ' ');
     const bool isNew = words.empty() || words.back().word != parts.front();
-    if (isNew) words.push_back({std::string(parts.front()), std::string(command.summary), {}});
+    if (isNew) {
+      words.push_back({std::string(parts.front()), std::string(command.summary)});
+      words.back().positionals = command.positionals;
+    }
     if (parts.size() > 1) words.back().seconds.emplace_back(parts[1]);
+    addMissing(words.back().options, command.options);
   }
   return words;
 }
 
 std::string wordList(const std::vector<FirstWord>& words) {
   std::string text;
-  for (const auto& [word, summary, seconds] : words) text += (text.empty() ? "" : " ") + word;
+  for (const auto& word : words) text += (text.empty() ? "" : " ") + word.word;
   return text;
 }
 
@@ -66,13 +81,7 @@ std::string bashValueCase(const Option& option) {
 /// All options, those of several commands once.
 std::vector<Option> everyOption() {
   std::vector<Option> all = globalOptions();
-  for (const auto& command : commands()) {
-    for (const auto& option : command.options) {
-      bool isKnown = false;
-      for (const auto& known : all) isKnown = isKnown || known.name == option.name;
-      if (!isKnown) all.push_back(option);
-    }
-  }
+  for (const auto& command : commands()) addMissing(all, command.options);
   return all;
 }
 
@@ -84,10 +93,9 @@ std::string bashCompletion() {
     if (option.kind != ValueKind::none) values += bashValueCase(option);
   }
   std::string perCommand;
-  for (const auto& command : commands()) {
-    const auto first = split(command.name, ' ').front();
+  for (const auto& word : firstWords()) {
     perCommand +=
-        format("    {}) options=\"$options{}\" ;;\n", first, optionNames(command.options));
+        format("    {}) options=\"$options{}\" ;;\n", word.word, optionNames(word.options));
   }
   std::string seconds;
   for (const auto& word : firstWords()) {
@@ -159,16 +167,17 @@ std::string zshCompletion() {
     words += format("    '{}:{}'\n", word.word, quotable(word.summary));
   }
   std::string cases;
-  for (const auto& command : commands()) {
-    const auto parts = split(command.name, ' ');
+  for (const auto& word : firstWords()) {
     std::string rest;
-    if (parts.size() > 1) rest += format(" \\\n        '1:command:({})'", parts[1]);
-    for (const auto& positional : command.positionals) {
+    if (!word.seconds.empty()) {
+      rest += format(" \\\n        '1:command:({})'", joined(word.seconds, " "));
+    }
+    for (const auto& positional : word.positionals) {
       const bool files = wantsFiles(positional.kind);
       rest += format(" \\\n        '*:{}:{}'", positional.name, files ? "_files" : "");
     }
-    cases += format("    {})\n      _arguments{}{}{} ;;\n", parts.front(),
-                    zshOptions(globalOptions()), zshOptions(command.options), rest);
+    cases += format("    {})\n      _arguments{}{}{} ;;\n", word.word, zshOptions(globalOptions()),
+                    zshOptions(word.options), rest);
   }
   return format(R"(#compdef volbrin
 _volbrin() {{
@@ -210,10 +219,9 @@ std::string fishCompletion() {
     }
   }
   for (const auto& option : globalOptions()) text += optionLine(option, "");
-  for (const auto& command : commands()) {
-    const auto first = split(command.name, ' ').front();
-    for (const auto& option : command.options) {
-      text += optionLine(option, format(" -n '__fish_seen_subcommand_from {}'", first));
+  for (const auto& word : firstWords()) {
+    for (const auto& option : word.options) {
+      text += optionLine(option, format(" -n '__fish_seen_subcommand_from {}'", word.word));
     }
   }
   return text;

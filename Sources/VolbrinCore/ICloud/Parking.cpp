@@ -1,4 +1,5 @@
 #include <exception>
+#include <stdexcept>
 
 #include "../Acting/Target.hpp"
 #include "../Acting/TreeSnapshot.hpp"
@@ -124,6 +125,7 @@ class Parking {
     const auto& drive = run_.drive.name;
     std::string why = "it changed meanwhile";
     try {
+      if (!exists(target)) throw std::runtime_error("the drive went away");
       if (snapshot.removeUnchanged()) {
         return done(std::string("Checked byte for byte") +
                         (item_.keep ? " against the copy that stays" : "") + ", parked on " +
