@@ -129,7 +129,8 @@ const std::vector<Scenario>& scenarios() {
          .checkedPaths = {cloud, cloud + "/film", cloud + "/in", ext, ext + "/Removed from iCloud",
                           ext + "/Removed from iCloud/iCloud Drive/in"},
          .hasCopies = true,
-         .usesDrive = true},
+         .usesDrive = true,
+         .isOnlyOnDrive = true},
         {cloud, cloud + "/in", ext + "/Removed from iCloud"});
     const std::string trash = "~/.local/share/Trash";
     addBoth(list,
