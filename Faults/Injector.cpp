@@ -146,12 +146,14 @@ bool isStandard(int file) { return file >= 0 && file <= 2; }
 }  // namespace
 
 // A function's parameter list can't stand in parentheses of its own.
-// NOLINTNEXTLINE(bugprone-macro-parentheses)
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define CHANGING(name, parameters, arguments)                    \
   extern "C" int name parameters {                               \
     static const auto real = original<int(*) parameters>(#name); \
     return changing([&] { return real arguments; });             \
   }
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 CHANGING(mkdir, (const char* path, mode_t mode), (path, mode))
 CHANGING(mkdirat, (int folder, const char* path, mode_t mode), (folder, path, mode))
