@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <system_error>
 
 #include "../Files.hpp"
 #include "Act.hpp"
@@ -74,8 +75,21 @@ class Undo {
       (void)removeLink(link.from, link.to);
       return true;
     } catch (const std::exception&) {
-      return !mac_.isFake() && mac_.runAsAdmin({{"/bin/rm", link.from}});
+      // With an administrator's rights only what is still the link that was made here.
+      return !mac_.isFake() && linkTarget(link.from) == link.to &&
+             mac_.runAsAdmin({{"/bin/rm", link.from}});
     }
+  }
+
+  /// With an administrator's rights, where rights are what is missing: the tool that is then run
+  /// would follow a link on the way and overwrite what came meanwhile.
+  [[nodiscard]] bool isMovedByAdmin(const std::string& present, const std::string& old,
+                                    const std::exception& error) const {
+    const auto* fault = dynamic_cast<const std::system_error*>(&error);
+    const bool isDenied = fault != nullptr && (fault->code() == std::errc::permission_denied ||
+                                               fault->code() == std::errc::operation_not_permitted);
+    return isDenied && !mac_.isFake() && !isTaken(old) &&
+           mac_.runAsAdmin({{"/bin/mv", present, old}});
   }
 
   /// The link that stands where the item was; null when none does.
@@ -105,7 +119,7 @@ class Undo {
     try {
       if (!putBack(present, old, mac_, observer_)) left_.push_back(present);
     } catch (const std::exception& error) {
-      if (mac_.isFake() || !mac_.runAsAdmin({{"/bin/mv", present, old}})) {
+      if (!isMovedByAdmin(present, old, error)) {
         return end(failed("Couldn't put back " + shown(old) + ": " + wordsOf(error)));
       }
     }
