@@ -67,6 +67,7 @@ Options parse(const std::vector<std::string>& words) {
     }
   }
   if (options.folder.empty()) throw std::invalid_argument("name a folder for the trees");
+  options.folder = fs::absolute(options.folder).lexically_normal().string();
   return options;
 }
 

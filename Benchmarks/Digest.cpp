@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "Compare.hpp"
+#include "FileDigest.hpp"
 #include "Files.hpp"
 #include "Parallel.hpp"
 

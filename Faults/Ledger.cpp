@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "Compare.hpp"
+#include "FileDigest.hpp"
 #include "Paths.hpp"
 
 namespace volbrin::faults {

@@ -11,7 +11,6 @@
 #include "FileStream.hpp"
 #include "Files.hpp"
 #include "Parallel.hpp"
-#include "Sha256.hpp"
 #include "TreeWalk.hpp"
 
 namespace volbrin {
@@ -65,7 +64,7 @@ enum class Streams {
 
 /// Equal streams are what equal digests would stand for, proved without them.
 Streams compareStreams(FileStream a, FileStream b, CompareBy by) {
-  if (by == CompareBy::contentsOnDrive && b.isOpen()) b.dropFromMemory();
+  if (by == CompareBy::contentsOnDrive && b.isOpen()) b.readFromDrive();
   if (!a.isOpen() && !b.isOpen()) return Streams::unseen;
   if (!a.isOpen() || !b.isOpen()) return Streams::differing;
   thread_local const auto buffer = std::make_unique<std::byte[]>(2 * pieceBytes);
@@ -173,20 +172,6 @@ std::optional<TreeDiff> compareCopies(const std::string& a, const std::string& b
   if (isSameItem(a, b) || !isReachedDirectly(a) || !isReachedDirectly(b)) return std::nullopt;
   if (!isDirectory(a) || !isDirectory(b)) return compareFiles(a, b, by);
   return compareFolders(a, b, by, WalkOptions::RootLinks::refuse, observer);
-}
-
-std::optional<std::string> sha256Of(const std::string& path, ReadFrom from) {
-  FileStream file(path);
-  if (!file.isOpen()) return std::nullopt;
-  if (from == ReadFrom::drive) file.dropFromMemory();
-  Sha256 hash;
-  thread_local const auto buffer = std::make_unique<std::byte[]>(pieceBytes);
-  std::size_t count = pieceBytes;
-  while (count == pieceBytes) {
-    count = file.fill({buffer.get(), pieceBytes});
-    hash.add({buffer.get(), count});
-  }
-  return hash.digest();
 }
 
 }  // namespace volbrin

@@ -51,17 +51,6 @@ enum class CompareBy {
                                                     CompareBy by,
                                                     MeasureObserver* observer = nullptr);
 
-enum class ReadFrom {
-  anywhere,
-  drive,  ///< what the drive holds, not memory
-};
-
-/// The SHA-256 (FIPS 180-4) of a file's contents in 64 lower-case hexadecimal digits; absent when
-/// it can't be opened. A read that fails ends it like the end of the file. Reads in order, in
-/// pieces of at most 1 MiB.
-[[nodiscard]] std::optional<std::string> sha256Of(const std::string& path,
-                                                  ReadFrom from = ReadFrom::anywhere);
-
 /// Logical sizes of the regular files under `root`, by relative path, hidden ones and the insides
 /// of packages among them, ".DS_Store" left out. Empty for a fenced root and for what is no folder.
 [[nodiscard]] std::unordered_map<std::string, ByteCount> fileSizesUnder(const std::string& root);

@@ -13,6 +13,9 @@
 namespace volbrin {
 namespace {
 
+/// Smaller steps cost calls; larger ones memory.
+constexpr ByteCount bytesPerDrop = 8 << 20;
+
 Descriptor openWhole(const std::string& path) {
   if (PrivacyFence::shared().blocks(path) || path.find('\0') != std::string::npos) return {};
   // O_NONBLOCK: a pipe planted under the file's name must not hold the open up.
@@ -33,6 +36,17 @@ FileStream::FileStream(Descriptor file) {
   }
 }
 
+void FileStream::readFromDrive() {
+  isFromDrive_ = true;
+  dropFromMemory(file_, 0, 0);
+}
+
+void FileStream::dropBehind() {
+  if (!isFromDrive_ || read_ - dropped_ < bytesPerDrop) return;
+  dropFromMemory(file_, dropped_, read_ - dropped_);
+  dropped_ = read_;
+}
+
 std::size_t FileStream::fill(std::span<std::byte> piece) {
   std::size_t filled = 0;
   while (filled < piece.size()) {
@@ -43,6 +57,8 @@ std::size_t FileStream::fill(std::span<std::byte> piece) {
     if (count <= 0) break;
     filled += static_cast<std::size_t>(count);
   }
+  read_ += static_cast<ByteCount>(filled);
+  dropBehind();
   return filled;
 }
 

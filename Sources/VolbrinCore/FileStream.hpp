@@ -21,8 +21,9 @@ class FileStream {
   /// The file at `relative` below an open folder, links refused.
   FileStream(const Descriptor& folder, const std::string& relative);
 
-  /// Lets go of what memory holds of the file, so that it is read from its drive.
-  void dropFromMemory() const { volbrin::dropFromMemory(file_); }
+  /// Has the file read from its drive and not from what memory holds of it, and leaves none of it
+  /// there: a big file that is read once doesn't drive out what others keep. Before the first read.
+  void readFromDrive();
 
   [[nodiscard]] bool isOpen() const { return static_cast<bool>(file_); }
 
@@ -36,8 +37,13 @@ class FileStream {
  private:
   explicit FileStream(Descriptor file);
 
+  void dropBehind();
+
   Descriptor file_;
   bool hasFailed_ = false;
+  bool isFromDrive_ = false;
+  ByteCount read_ = 0;     ///< bytes delivered so far
+  ByteCount dropped_ = 0;  ///< of those, bytes that memory needn't hold any more
 };
 
 }  // namespace volbrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -25,6 +26,9 @@ class Sha256 {
   struct State;
   std::unique_ptr<State> state_;
 };
+
+/// The eight words of a digest as its 64 lower-case hexadecimal digits.
+[[nodiscard]] std::string sha256Text(std::span<const std::uint32_t, 8> words);
 
 /// The digest of a text's bytes.
 [[nodiscard]] std::string sha256OfText(std::string_view text);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "Bytes.hpp"
 #include "Descriptor.hpp"
 
 /// The few calls that each operating system spells in its own way. One source file per system
@@ -31,9 +32,10 @@ bool syncFile(const Descriptor& file);
 bool syncFolder(const std::string& path);
 bool syncFolder(const Descriptor& folder);
 
-/// Lets go of what memory holds of a file, so that it is read from its drive next; for what has
-/// been synced. Without effect where the system can't.
-void dropFromMemory(const Descriptor& file);
+/// Lets go of what memory holds of a file from byte `at` on, for `bytes` bytes or, with 0, to its
+/// end, so that it is read from its drive next; for what has been synced. Without effect where the
+/// system can't.
+void dropFromMemory(const Descriptor& file, ByteCount at, ByteCount bytes);
 
 /// Gives the entry `from` of a folder the place `to` in another, which may be the same; nothing
 /// that stands there is ever replaced. False, with the system's number in errno, when it stays

@@ -158,7 +158,6 @@ TEST_F(CompareTests, ReadsNothingThatIsFenced) {
   const FenceGuard fence({folder_.at("a"), folder_.at("c")});
   EXPECT_EQ(compared(CompareBy::contents), (TreeDiff{0, 0, 0, 0, true}));
   EXPECT_EQ(fileSizesUnder(folder_.at("a")).size(), 0U);
-  EXPECT_EQ(sha256Of(folder_.at("a/in")), std::nullopt);
 }
 
 TEST_F(CompareTests, ReachesFilesAtAnyDepth) {
@@ -175,17 +174,10 @@ TEST_F(CompareTests, ReachesFilesAtAnyDepth) {
   EXPECT_EQ(compared(CompareBy::contents), (TreeDiff{1, 0, 0, 1, true}));
 }
 
-TEST_F(CompareTests, MakesDigests) {
-  EXPECT_EQ(sha256Of(folder_.file("empty")),
-            "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
-  EXPECT_EQ(sha256Of(folder_.file("abc", "abc")),
-            "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");  // FIPS 180-4
-  EXPECT_EQ(sha256Of(folder_.file("a million", std::string(1'000'000, 'a'))),
-            "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
-  EXPECT_EQ(sha256Of(folder_.at("none")), std::nullopt);
-  EXPECT_EQ(sha256Of(folder_.path()), std::nullopt);
+TEST_F(CompareTests, ListsTheSizesOfFiles) {
+  folder_.file("empty"), folder_.file("abc", "abc");
   EXPECT_THAT(fileSizesUnder(folder_.path()),
-              UnorderedElementsAre(Pair("empty", 0), Pair("abc", 3), Pair("a million", 1'000'000)));
+              UnorderedElementsAre(Pair("empty", 0), Pair("abc", 3)));
 }
 
 }  // namespace

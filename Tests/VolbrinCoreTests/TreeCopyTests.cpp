@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "Compare.hpp"
 #include "RandomTree.hpp"
@@ -29,7 +30,9 @@ TEST_F(TreeCopyTests, KeepsAllThatATreeIs) {
     const auto top = folder_.folder("top" + std::to_string(seed));
     const RandomTree tree(top, seed);
     const auto sparse = folder_.file("top" + std::to_string(seed) + "/sparse", "begin");
-    fs::resize_file(sparse, 20'000'000);
+    fs::resize_file(sparse, 60'000'000);  // longer than what a copy keeps on its way to the drive
+    std::ofstream(sparse, std::ios::binary | std::ios::in | std::ios::ate)
+        << std::string(42'000'000, static_cast<char>('a' + seed));
     const auto odd = folder_.file("top" + std::to_string(seed) + "/z/odd", "1");
     ASSERT_EQ(::setxattr(odd.c_str(), "user.mark", "kept", 4, 0), 0);
     ASSERT_EQ(::lchown(odd.c_str(), 12345, 54321), 0);

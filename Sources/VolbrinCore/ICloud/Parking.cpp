@@ -3,7 +3,7 @@
 
 #include "../Acting/Target.hpp"
 #include "../Acting/TreeSnapshot.hpp"
-#include "../Compare.hpp"
+#include "../FileDigest.hpp"
 #include "../Files.hpp"
 #include "../PathGuard.hpp"
 #include "../Paths.hpp"
@@ -23,13 +23,18 @@ std::string relativeName(const std::string& path, const CloudRun& run) {
   return std::string(lastComponent(path));
 }
 
+/// Whether the copy that stays can be read without bringing it down first.
+bool isKeeperAtHand(const CloudItem& item, const CloudRun& run) {
+  return item.keepOnMac.value_or(true) || run.mac.isFake();
+}
+
 /// The keeper's digest, worked out once a run; empty when it can't be read to compare.
 const std::string& keeperHash(const CloudItem& item, CloudRun& run) {
   const auto& keeper = *item.keep;
   const auto [entry, isNew] = run.keeperHashes.try_emplace(keeper);
   auto& hash = entry->second;
   if (!isNew || !exists(keeper)) return hash;
-  if (item.keepOnMac.value_or(true) || run.mac.isFake()) {
+  if (isKeeperAtHand(item, run)) {
     hash = sha256Of(keeper).value_or("");
     return hash;
   }
@@ -65,7 +70,7 @@ class Parking {
     run_.progress("Checking " + name_);
     // From before it is read: what changes later isn't what was proved.
     const TreeSnapshot snapshot(path_);
-    const auto hash = sha256Of(path_);
+    const auto hash = sourceHash();
     if (!hash) return stays(failed("It couldn't be read, so nothing was changed."));
     if (item_.keep) {
       if (auto fault = compareToKeeper(*hash)) return stays(std::move(*fault));
@@ -90,6 +95,18 @@ class Parking {
     }
     if (sizeOf(path_) != item_.bytes) return "It changed or moved since the scan; scan again.";
     return std::nullopt;
+  }
+
+  /// The file's digest. The keeper's is worked out with it, at the same time, if it will be wanted
+  /// and isn't known.
+  [[nodiscard]] std::optional<std::string> sourceHash() {
+    const auto& keeper = item_.keep;
+    const bool wantsBoth = keeper && !run_.keeperHashes.contains(*keeper) && exists(*keeper) &&
+                           isKeeperAtHand(item_, run_);
+    if (!wantsBoth) return sha256Of(path_);
+    auto hashes = sha256OfEach({path_, *keeper});
+    run_.keeperHashes.emplace(*keeper, hashes[1].value_or(""));
+    return std::move(hashes[0]);
   }
 
   std::optional<Outcome> compareToKeeper(const std::string& hash) {

@@ -43,8 +43,8 @@ bool syncFolder(const Descriptor& folder) {
   return open && ::fsync(open.get()) == 0;
 }
 
-void dropFromMemory(const Descriptor& file) {
-  ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_DONTNEED);
+void dropFromMemory(const Descriptor& file, ByteCount at, ByteCount bytes) {
+  ::posix_fadvise(file.get(), at, bytes, POSIX_FADV_DONTNEED);
 }
 
 namespace {

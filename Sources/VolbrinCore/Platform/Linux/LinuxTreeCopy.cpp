@@ -15,6 +15,7 @@
 #include "../../System.hpp"
 #include "../../TreeCopy.hpp"
 #include "../../TreeWalk.hpp"
+#include "WriteBehind.hpp"
 
 namespace volbrin {
 namespace {
@@ -233,6 +234,7 @@ class Copier final : public TreeVisitor {
   void copyContents(const Descriptor& from, const Descriptor& to, const struct stat& status,
                     const std::string& path) {
     const bool hasHoles = status.st_blocks * statBlockBytes < status.st_size;
+    WriteBehind flow(to);
     off_t at = 0;
     while (at < status.st_size) {
       off_t end = status.st_size;
@@ -245,7 +247,7 @@ class Copier final : public TreeVisitor {
           if (end < 0) fail(path);
         }
       }
-      if (!copyRange(from, to, at, end, path)) break;  // shorter than it was
+      if (!copyRange(from, to, at, end, flow, path)) break;  // shorter than it was
       at = end;
     }
     if (hasHoles && ::ftruncate(to.get(), status.st_size) != 0) fail(path);
@@ -253,7 +255,7 @@ class Copier final : public TreeVisitor {
 
   /// False when the file ends before `end`.
   bool copyRange(const Descriptor& from, const Descriptor& to, off_t at, off_t end,
-                 const std::string& path) {
+                 WriteBehind& flow, const std::string& path) {
     while (at < end) {
       if (observer_ != nullptr && observer_->isStopped()) throw Failure{ECANCELED, path};
       const auto wanted = std::min(static_cast<std::size_t>(end - at), pieceBytes);
@@ -268,6 +270,7 @@ class Copier final : public TreeVisitor {
       if (count < 0) fail(path);
       if (count == 0) return false;
       at += count;
+      if (!flow.wroteUpTo(at)) fail(path);
       if (observer_ != nullptr) observer_->copied(count);
     }
     return true;

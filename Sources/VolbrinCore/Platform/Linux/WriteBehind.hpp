@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include "../../Descriptor.hpp"
+
+namespace volbrin {
+
+/// Keeps the contents of a file that is being written flowing to its drive, from its beginning to
+/// its end: the drive works from the first megabytes on instead of waiting for the sync, and what
+/// it has is let go of, so that a big copy neither fills the memory nor drives out what others keep
+/// there. Files below one piece are left to the sync.
+class WriteBehind {
+ public:
+  explicit WriteBehind(const Descriptor& file) : file_(file) {}
+
+  /// The file is written up to the byte before `end`, which never goes back. False, with the
+  /// system's number in errno, when the drive couldn't take what was written earlier.
+  [[nodiscard]] bool wroteUpTo(off_t end);
+
+ private:
+  /// Waits until the drive has the piece at `at`, and forgets it.
+  [[nodiscard]] bool letGo(off_t at) const;
+
+  const Descriptor& file_;
+  off_t started_ = 0;  ///< the drive was given everything before it
+};
+
+}  // namespace volbrin
