@@ -27,6 +27,9 @@ class Descriptor {
   explicit operator bool() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
 
+  /// Gives the descriptor up to the caller, who closes it.
+  int release() { return std::exchange(number_, -1); }
+
   void close() {
     if (number_ >= 0) ::close(number_);
     number_ = -1;

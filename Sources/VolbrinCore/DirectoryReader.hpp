@@ -69,6 +69,9 @@ enum class MountPoints { cross, refuse };
 struct ListedEntry {
   const char* name;  ///< ends with NUL; valid until the next `fill`
   EntryKind kind;    ///< `unknown` where the file system doesn't say
+  /// Its record, where the system lists folders together with the records of what is in them; valid
+  /// until the next `next`. Null where it has to be asked for.
+  const EntryStat* stat = nullptr;
 };
 
 /// Reads a folder batch by batch into a buffer of its own; one buffer serves any number of folders,
@@ -89,9 +92,9 @@ class DirectoryBuffer {
   [[nodiscard]] std::optional<ListedEntry> next();
 
  private:
-  std::unique_ptr<std::byte[]> bytes_;
-  std::size_t at_ = 0;
-  std::size_t end_ = 0;
+  struct State;  ///< each system's own
+
+  std::unique_ptr<State> state_;
 };
 
 }  // namespace volbrin

@@ -212,6 +212,8 @@ void WalkLane::visitListed(WalkFrame& frame, const ListedEntry& listed) {
   std::optional<EntryStat> stat;
   if (crew_.options().detail == WalkOptions::Detail::kind && listed.kind != EntryKind::unknown) {
     stat.emplace().kind = listed.kind;
+  } else if (listed.stat != nullptr) {
+    stat = *listed.stat;
   } else {
     stat = statBelow(frame.handle, listed.name);
   }

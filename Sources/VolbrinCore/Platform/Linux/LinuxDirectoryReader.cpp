@@ -165,21 +165,27 @@ std::optional<EntryStat> statOpen(const Descriptor& folder) {
   return statAt(folder.get(), "", AT_EMPTY_PATH);
 }
 
-DirectoryBuffer::DirectoryBuffer() : bytes_(new std::byte[bufferBytes]) {}
+struct DirectoryBuffer::State {
+  alignas(dirent64) std::byte bytes[bufferBytes];
+  std::size_t at = 0;
+  std::size_t end = 0;
+};
+
+DirectoryBuffer::DirectoryBuffer() : state_(new State) {}
 DirectoryBuffer::~DirectoryBuffer() = default;
 
 DirectoryBuffer::Fill DirectoryBuffer::fill(const Descriptor& folder) {
-  at_ = end_ = 0;
-  const auto count = ::getdents64(folder.get(), bytes_.get(), bufferBytes);
+  state_->at = state_->end = 0;
+  const auto count = ::getdents64(folder.get(), state_->bytes, bufferBytes);
   if (count < 0) return Fill::failed;
-  end_ = static_cast<std::size_t>(count);
+  state_->end = static_cast<std::size_t>(count);
   return count == 0 ? Fill::end : Fill::batch;
 }
 
 std::optional<ListedEntry> DirectoryBuffer::next() {
-  while (at_ < end_) {
-    const auto* entry = reinterpret_cast<const dirent64*>(bytes_.get() + at_);
-    at_ += entry->d_reclen;
+  while (state_->at < state_->end) {
+    const auto* entry = reinterpret_cast<const dirent64*>(state_->bytes + state_->at);
+    state_->at += entry->d_reclen;
     const char* name = entry->d_name;
     const bool isDots = name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
     if (!isDots) return ListedEntry{name, kindOfListing(entry->d_type)};
