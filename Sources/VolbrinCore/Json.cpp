@@ -1,6 +1,5 @@
 #include "Json.hpp"
 
-#include <functional>
 #include <limits>
 #include <set>
 
@@ -61,51 +60,115 @@ std::string syntaxProblem(const char* what) {
   return "not valid JSON: " + excerpt(std::string(text));
 }
 
-/// Watches a document while it is read, for what the parser would let pass: a key that stands
-/// twice, of which only one would count, and nesting that later steps would follow by recursion.
-class DocumentGuard {
+/// Builds a document as the parser tells of it, and refuses what a parser would let pass: a key
+/// that stands twice, of which only one would count, and nesting that later steps would follow by
+/// recursion.
+class DocumentReader final : public nlohmann::json_sax<Json> {
  public:
-  explicit DocumentGuard(const std::string& source) : source_(source) {}
+  explicit DocumentReader(const std::string& source) : source_(source) {}
 
-  bool operator()(int, Json::parse_event_t event, const Json& parsed) {
-    using Event = Json::parse_event_t;
-    if (event == Event::key) {
-      open_.back().key = parsed.get_ref<const std::string&>();
-      if (!open_.back().keys.insert(open_.back().key).second) refuse("stands twice");
-    } else if (event == Event::array_end || event == Event::object_end) {
-      open_.pop_back();
-    } else {
-      if (!open_.empty()) ++open_.back().position;
-      if (event != Event::value) open_.push_back({event == Event::array_start, 0, {}, {}});
-      if (open_.size() > maximumJsonDepth) {
-        open_.clear();
-        refuse("nested more than " + std::to_string(maximumJsonDepth) + " levels deep");
-      }
-    }
+  [[nodiscard]] Json take() { return std::move(document_); }
+
+  bool null() override { return add(nullptr) != nullptr; }
+  bool boolean(bool value) override { return add(value) != nullptr; }
+  bool number_integer(number_integer_t value) override { return add(value) != nullptr; }
+  bool number_unsigned(number_unsigned_t value) override { return add(value) != nullptr; }
+  bool number_float(number_float_t value, const string_t& /*text*/) override {
+    return add(value) != nullptr;
+  }
+  bool string(string_t& value) override { return add(std::move(value)) != nullptr; }
+  bool binary(binary_t& /*value*/) override { return false; }  // no text has any
+  bool start_object(std::size_t /*elements*/) override {
+    Json object = Json::object();
+    object.get_ref<Json::object_t&>().reserve(usualMembers);
+    return open(std::move(object));
+  }
+  bool start_array(std::size_t /*elements*/) override { return open(Json::array()); }
+  bool end_object() override { return close(); }
+  bool end_array() override { return close(); }
+
+  bool key(string_t& value) override {
+    auto& container = open_.back();
+    auto& members = container.value->get_ref<Json::object_t&>();
+    const bool isNew = members.size() < fewKeys ? members.find(value) == members.end()
+                                                : isNewAmongMany(container, value);
+    container.key = std::move(value);
+    if (!isNew) refuse("stands twice");
     return true;
+  }
+
+  bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
+                   const nlohmann::detail::exception& error) override {
+    throw DecodingError(source_, {{"", syntaxProblem(error.what())}});
   }
 
  private:
   struct Container {
-    bool isList;
-    std::size_t position;  ///< how many of a list's items have begun
-    std::string key;       ///< the last one read
-    std::set<std::string> keys;
+    Json* value;
+    std::string key = {};                 ///< the last one read
+    std::set<std::string> manyKeys = {};  ///< all of them, once there are many
   };
+
+  /// Up to here, looking through all keys is faster than keeping them in order.
+  static constexpr std::size_t fewKeys = 16;
+  /// Room that most objects need, taken at once.
+  static constexpr std::size_t usualMembers = 8;
+
+  static bool isNewAmongMany(Container& container, const std::string& key) {
+    if (container.manyKeys.empty()) {
+      for (const auto& [each, value] : container.value->get_ref<Json::object_t&>()) {
+        container.manyKeys.insert(each);
+      }
+    }
+    return container.manyKeys.insert(key).second;
+  }
+
+  /// Puts a value where the document has it; where it is then.
+  Json* add(Json value) {
+    if (open_.empty()) {
+      document_ = std::move(value);
+      return &document_;
+    }
+    Container& container = open_.back();
+    if (container.value->is_array()) {
+      container.value->push_back(std::move(value));
+      return &container.value->back();
+    }
+    // The key is known to be new, so nothing needs to be looked for.
+    auto& members = container.value->get_ref<Json::object_t&>();
+    members.emplace_back(container.key, std::move(value));
+    return &members.back().second;
+  }
+
+  bool open(Json empty) {
+    Json* value = add(std::move(empty));
+    open_.push_back({value});
+    if (open_.size() > maximumJsonDepth) {
+      open_.clear();
+      refuse("nested more than " + std::to_string(maximumJsonDepth) + " levels deep");
+    }
+    return true;
+  }
+
+  bool close() {
+    open_.pop_back();
+    return true;
+  }
 
   [[noreturn]] void refuse(const std::string& problem) const {
     std::string path;
-    for (const auto& container : open_) {
-      if (container.isList) {
-        path += "[" + std::to_string(container.position - 1) + "]";
+    for (const auto& [value, key, manyKeys] : open_) {
+      if (value->is_array()) {
+        path += "[" + std::to_string(value->size() - 1) + "]";
       } else {
-        path += (path.empty() ? "" : ".") + excerpt(container.key);
+        path += (path.empty() ? "" : ".") + excerpt(key);
       }
     }
     throw DecodingError(source_, {{path, problem}});
   }
 
   const std::string& source_;
+  Json document_;
   std::vector<Container> open_;
 };
 
@@ -120,8 +183,9 @@ Json parseJson(std::string_view text, const std::string& source) {
     throw DecodingError(source, {{"", "not valid JSON: a NUL at byte " + std::to_string(nul + 1)}});
   }
   try {
-    DocumentGuard guard(source);
-    return Json::parse(text.begin(), text.end(), std::ref(guard));
+    DocumentReader reader(source);
+    Json::sax_parse(text.begin(), text.end(), &reader);
+    return reader.take();
   } catch (const Json::exception& error) {
     throw DecodingError(source, {{"", syntaxProblem(error.what())}});
   }

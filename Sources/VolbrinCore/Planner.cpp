@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "ByteText.hpp"
 #include "Text.hpp"
@@ -62,9 +63,10 @@ ByteCount sum(const Findings& findings) {
 /// The apps that do the work, each once, in the order met.
 std::string appNames(const Findings& findings) {
   std::vector<std::string> names;
+  std::unordered_set<std::string_view> seen;
   for (const auto* finding : findings) {
     const auto& app = finding->action.app;
-    if (app && std::find(names.begin(), names.end(), *app) == names.end()) names.push_back(*app);
+    if (app && seen.insert(*app).second) names.push_back(*app);
   }
   return joined(names, ", ");
 }

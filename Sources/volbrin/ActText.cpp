@@ -6,6 +6,8 @@
 
 #include "ByteText.hpp"
 #include "Output.hpp"
+#include "Parallel.hpp"
+#include "Text.hpp"
 
 namespace volbrin::cli {
 namespace {
@@ -41,6 +43,20 @@ std::string typed(const std::string& id) {
   return id.starts_with('-') ? "-- " + word : word;
 }
 
+std::string historyEntryText(const HistoryEntry& entry, const Mac& mac) {
+  const auto at = iso8601(entry.at);
+  auto text = fmt::format(
+      "{} {}  {}{}, {}  [{}]\n", std::string_view(at).substr(0, 10),
+      std::string_view(at).substr(11, 5), entry.undone.value_or(false) ? "(undone) " : "",
+      printableLine(entry.title), byteText(entry.bytes), printableLine(entry.id));
+  for (const auto& [from, to, link, parked] : entry.relocated) {
+    text +=
+        fmt::format("    {} {} {}\n", printableLine(mac.display(from)),
+                    link.value_or(false) ? "links to" : "went to", printableLine(mac.display(to)));
+  }
+  return text;
+}
+
 std::string headLine(const std::string& title, ByteCount bytes) {
   return fmt::format("{}  ({})\n", printableLine(title), byteText(bytes));
 }
@@ -58,19 +74,10 @@ std::string undoHint(const CleanResult& result, const Mac& mac) {
 }
 
 std::string historyText(const std::vector<HistoryEntry>& entries, const Mac& mac) {
-  std::string text;
-  for (const auto& entry : entries) {
-    const auto at = iso8601(entry.at);
-    text += fmt::format("{} {}  {}{}, {}  [{}]\n", at.substr(0, 10), at.substr(11, 5),
-                        entry.undone.value_or(false) ? "(undone) " : "", printableLine(entry.title),
-                        byteText(entry.bytes), printableLine(entry.id));
-    for (const auto& [from, to, link, parked] : entry.relocated) {
-      text += fmt::format("    {} {} {}\n", printableLine(mac.display(from)),
-                          link.value_or(false) ? "links to" : "went to",
-                          printableLine(mac.display(to)));
-    }
-  }
-  return text.empty() ? "Nothing was done yet.\n" : text;
+  if (entries.empty()) return "Nothing was done yet.\n";
+  const auto texts =
+      parallelMap(entries, [&](const HistoryEntry& entry) { return historyEntryText(entry, mac); });
+  return joined(texts, "");
 }
 
 }  // namespace volbrin::cli

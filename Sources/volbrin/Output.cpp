@@ -96,6 +96,9 @@ std::size_t reorderingMark(std::string_view text) {
 }  // namespace
 
 std::string printable(std::string_view text) {
+  const bool isPlain = std::all_of(text.begin(), text.end(),
+                                   [](char c) { return (c >= 0x20 && c < 0x7F) || c == '\n'; });
+  if (isPlain) return std::string(text);
   std::string result;
   std::string repaired = repairedUtf8(text);
   for (std::size_t i = 0; i < repaired.size(); ++i) {
