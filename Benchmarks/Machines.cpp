@@ -4,7 +4,9 @@
 
 #include <vector>
 
+#include "Acting/History.hpp"
 #include "Catalog.hpp"
+#include "Paths.hpp"
 #include "TreeFiles.hpp"
 #include "Trees.hpp"
 
@@ -46,6 +48,18 @@ void fill(const std::string& path, std::size_t files, const char* extension, Seq
   }
 }
 
+/// A machine with a startup drive and one beside it.
+Descriptor makeMachine(const std::string& root) {
+  makeFolders(root + "/Users/me");
+  makeFolders(root + "/Volumes/Backup");
+  Descriptor folder = makeFolders(root);
+  makeTextFile(folder, "volbrin-fixture.json",
+               R"({"drives": [
+  {"name": "Disk", "path": "/", "total": 1000000000000, "free": 90000000000},
+  {"name": "Backup", "path": "/Volumes/Backup", "total": 2000000000000, "free": 1500000000000}]})");
+  return folder;
+}
+
 void makeApp(const std::string& folder, const std::string& name, const std::string& bundleID) {
   makeTextFile(makeFolders(fmt::format("{}/{}.app/Contents", folder, name)), "Info.plist",
                fmt::format("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">"
@@ -70,21 +84,12 @@ void makeHomeMachine(const std::string& root, std::size_t files) {
   for (const char* copy : {"Pictures/Album 1", "Movies/Cut 2"}) {
     fill(fmt::format("{}/Volumes/Backup/Archive/{}", root, copy), files / 500, "jpg", random);
   }
-  makeTextFile(makeFolders(root), "volbrin-fixture.json",
-               R"({"drives": [
-  {"name": "Disk", "path": "/", "total": 1000000000000, "free": 90000000000},
-  {"name": "Backup", "path": "/Volumes/Backup", "total": 2000000000000, "free": 1500000000000}]})");
+  makeMachine(root);
 }
 
 void makeMoveMachine(const std::string& root, std::size_t count, std::size_t bytes) {
-  makeFolders(root + "/Users/me");
+  const Descriptor folder = makeMachine(root);
   makeFileTree(root + "/Users/me/Big", count, bytes);
-  makeFolders(root + "/Volumes/Backup");
-  const Descriptor folder = makeFolders(root);
-  makeTextFile(folder, "volbrin-fixture.json",
-               R"({"drives": [
-  {"name": "Disk", "path": "/", "total": 1000000000000, "free": 90000000000},
-  {"name": "Backup", "path": "/Volumes/Backup", "total": 2000000000000, "free": 1500000000000}]})");
   Catalog catalog;
   auto& place = catalog.places.emplace_back();
   place.id = place.title = place.reason = place.getBack = "big";
@@ -92,6 +97,53 @@ void makeMoveMachine(const std::string& root, std::size_t count, std::size_t byt
   place.action.kind = Action::Kind::move;
   place.action.destination = root + "/Volumes/Backup/Big";
   makeTextFile(folder, "rules.json", jsonText(toJson(catalog)));
+}
+
+void makeCloudMachine(const std::string& root, std::size_t files) {
+  constexpr std::size_t filesPerFolder = 1'000;
+  constexpr std::size_t filesPerBig = 500;
+  makeMachine(root);
+  const auto cloud = root + "/Users/me/Library/Mobile Documents/com~apple~CloudDocs";
+  const Descriptor top = makeFolders(cloud);
+  const Descriptor copies = makeFolders(root + "/Users/me/Documents/Archive");
+  for (std::size_t i = 0; i < files;) {
+    const Descriptor folder =
+        makeFolder(top.get(), fmt::format("Folder {:04}", i / filesPerFolder));
+    for (const std::size_t end = i + filesPerFolder; i < end && i < files; ++i) {
+      const auto name = fmt::format("Note {:07}.txt", i);
+      const std::size_t big = i / filesPerBig;
+      const bool isBig = i % filesPerBig == 0;
+      const std::string text(isBig ? bigCloudFileBytes + big : i % 50,
+                             static_cast<char>('a' + i % 26));
+      makeTextFile(folder, name, text);
+      if (isBig && big % 2 == 0) makeTextFile(copies, name, text);
+    }
+  }
+}
+
+std::string historyIn(const std::string& root) {
+  return root + "/Users/me/Library/Application Support/Volbrin/history.jsonl";
+}
+
+void makeHistoryMachine(const std::string& root) {
+  makeMachine(root);
+  std::string lines;
+  for (int i = 0; i < 100'000; ++i) {
+    HistoryEntry entry;
+    entry.at = *parseIso8601("2026-01-01T00:00:00Z");
+    entry.id = fmt::format("leftover-{}", i % 70'000);
+    entry.title = fmt::format("Leftover of App {}", i % 70'000);
+    entry.action = Action::Kind::trash;
+    entry.bytes = 1'000'000 + i;
+    if (i % 3 == 2) entry.undone = true;
+    entry.relocated = {{fmt::format("/Users/me/Library/Caches/App {}", i),
+                        fmt::format("/Users/me/.Trash/App {}", i),
+                        {},
+                        {}}};
+    lines += jsonText(toJson(entry)) + '\n';
+  }
+  const auto path = historyIn(root);
+  makeTextFile(makeFolders(std::string(parentFolder(path))), "history.jsonl", lines);
 }
 
 }  // namespace volbrin::bench
