@@ -3,7 +3,7 @@ set terminal svg size 900,380 font "sans-serif,13" background "white"
 set multiplot layout 1,2
 set logscale xy
 set xlabel "files in the home"
-set format x "10^{%T}"
+set format x "%.0s%c"
 set key top left
 set grid
 set style line 1 lw 2 pt 7 ps 0.7 lc rgb "#1f6fb2"
