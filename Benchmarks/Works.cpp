@@ -182,7 +182,7 @@ void measureCloud(const Options& options, Table& table) {
           {{"volbrin icloud scan",
             {tool(options), "--quiet", "--machine", root, "icloud", "scan", "--min-bytes", least}},
            {"volbrin usage", {tool(options), "--quiet", "usage", home}},
-           {"rmlint -b", {"rmlint", "-T", "df", "-b", "-s", least, "-o", "json:/dev/null", home}},
+           {"rmlint -b", {"rmlint", "-T", "df", "-b", "-s", least, "-o", "json:stdout", home}},
            {"rdfind",
             {"rdfind", "-dryrun", "true", "-makeresultsfile", "false", "-minsize", least, home}}}));
 }
