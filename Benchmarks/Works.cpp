@@ -27,7 +27,7 @@ std::string prepare(const Options& options, const std::string& name,
     fs::create_directories(options.folder);
     fs::remove_all(path);
     make(path.string());
-    std::fclose(std::fopen(finished.c_str(), "w"));
+    std::ofstream(finished) << name;
   }
   return path.string();
 }

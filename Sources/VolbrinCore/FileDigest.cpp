@@ -125,11 +125,14 @@ void hashSideBySide(DigestQueue& queue, std::size_t width) {
       blocks = std::min(blocks, lanes[i].blocksLeft());
     }
     addSha256Blocks(together, lanes.size(), blocks);
-    std::erase_if(lanes, [&](FileLane& lane) {
-      if (lane.refill()) return false;
-      queue.digests[lane.position()] = lane.digest();
-      return true;
-    });
+    for (auto lane = lanes.begin(); lane != lanes.end();) {
+      if (lane->refill()) {
+        ++lane;
+      } else {
+        queue.digests[lane->position()] = lane->digest();
+        lane = lanes.erase(lane);
+      }
+    }
   }
 }
 

@@ -21,8 +21,9 @@ class FileStream {
   /// The file at `relative` below an open folder, links refused.
   FileStream(const Descriptor& folder, const std::string& relative);
 
-  /// Has the file read from its drive and not from what memory holds of it, and leaves none of it
-  /// there: a big file that is read once doesn't drive out what others keep. Before the first read.
+  /// Has the file read from its drive and not from what memory holds of it, and leaves no more than
+  /// some megabytes there: a big file that is read once doesn't drive out what others keep. Before
+  /// the first read.
   void readFromDrive();
 
   [[nodiscard]] bool isOpen() const { return static_cast<bool>(file_); }

@@ -78,11 +78,7 @@ class DocumentReader final : public nlohmann::json_sax<Json> {
   }
   bool string(string_t& value) override { return add(std::move(value)) != nullptr; }
   bool binary(binary_t& /*value*/) override { return false; }  // no text has any
-  bool start_object(std::size_t /*elements*/) override {
-    Json object = Json::object();
-    object.get_ref<Json::object_t&>().reserve(usualMembers);
-    return open(std::move(object));
-  }
+  bool start_object(std::size_t /*elements*/) override { return open(Json::object()); }
   bool start_array(std::size_t /*elements*/) override { return open(Json::array()); }
   bool end_object() override { return close(); }
   bool end_array() override { return close(); }
@@ -136,6 +132,7 @@ class DocumentReader final : public nlohmann::json_sax<Json> {
     }
     // The key is known to be new, so nothing needs to be looked for.
     auto& members = container.value->get_ref<Json::object_t&>();
+    if (members.empty()) members.reserve(usualMembers);
     members.emplace_back(container.key, std::move(value));
     return &members.back().second;
   }

@@ -127,7 +127,10 @@ TEST(BulkListingTests, NeverLeavesItsBytes) {
                                file().end("name", 0, 1000),
                                file().end("name", 0, 0xFFFFFFF0U),
                                file().end("no end", -1),
-                               file().end("")};
+                               file().end(""),
+                               file().end("."),
+                               file().end(".."),
+                               file().end("../out")};
   for (const auto& record : wrong) {
     const std::string bytes = good + record + good;
     BulkListing listing(bytesOf(bytes), 3);

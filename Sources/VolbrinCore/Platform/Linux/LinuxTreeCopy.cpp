@@ -269,8 +269,8 @@ class Copier final : public TreeVisitor {
       if (count < 0 && errno == EINTR) continue;
       if (count < 0) fail(path);
       if (count == 0) return false;
+      if (!flow.wrote(at, at + count)) fail(path);
       at += count;
-      if (!flow.wroteUpTo(at)) fail(path);
       if (observer_ != nullptr) observer_->copied(count);
     }
     return true;

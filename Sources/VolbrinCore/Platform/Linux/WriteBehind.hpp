@@ -14,9 +14,10 @@ class WriteBehind {
  public:
   explicit WriteBehind(const Descriptor& file) : file_(file) {}
 
-  /// The file is written up to the byte before `end`, which never goes back. False, with the
-  /// system's number in errno, when the drive couldn't take what was written earlier.
-  [[nodiscard]] bool wroteUpTo(off_t end);
+  /// The bytes from `begin` to the one before `end` are written; neither ever goes back, and what
+  /// is passed over is a hole. False, with the system's number in errno, when the drive couldn't
+  /// take what was written earlier.
+  [[nodiscard]] bool wrote(off_t begin, off_t end);
 
  private:
   /// Waits until the drive has the piece at `at`, and forgets it.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 namespace volbrin {
 namespace {
@@ -63,6 +64,11 @@ EntryKind kindOf(std::uint32_t type) {
   }
 }
 
+/// Whether it is the name of one entry and leads nowhere else.
+bool isName(std::string_view name) {
+  return name != "." && name != ".." && name.find('/') == std::string_view::npos;
+}
+
 /// attribute_set_t
 struct AttributeSet {
   std::uint32_t common, volume, folder, file, fork;
@@ -108,7 +114,7 @@ std::optional<BulkEntry> entryOf(std::span<const std::byte> record) {
     stat.allocatedBytes = inWholeBlocks(fields.take<ByteCount>());
   }
   if ((has.file & bulk::dataLength) != 0) stat.size = fields.take<ByteCount>();
-  if (fields.isShort() || entry.name == nullptr) return std::nullopt;
+  if (fields.isShort() || entry.name == nullptr || !isName(entry.name)) return std::nullopt;
 
   stat.kind = entry.kind;
   constexpr std::uint32_t needed =
