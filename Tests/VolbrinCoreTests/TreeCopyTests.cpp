@@ -54,7 +54,8 @@ TEST_F(TreeCopyTests, KeepsAllThatATreeIs) {
 TEST_F(TreeCopyTests, CopiesMoreThanItKeepsOnItsWay) {
   const auto source = folder_.file("big", "begin");
   fs::resize_file(source, 3'000'000'000'000);  // a hole that nobody waits for
-  std::string piece(21'000'000, 'p');
+  std::string piece;
+  piece.resize(21'000'000, 'p');
   for (const char last : {'a', 'b'}) {
     piece.back() = last;
     std::ofstream(source, std::ios::binary | std::ios::in | std::ios::ate) << piece;
