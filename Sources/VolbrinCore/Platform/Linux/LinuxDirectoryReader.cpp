@@ -8,10 +8,10 @@
 
 #include <atomic>
 #include <cerrno>
-#include <climits>
 
 #include "../../DirectoryReader.hpp"
 #include "../../Text.hpp"
+#include "../LongWay.hpp"
 
 namespace volbrin {
 namespace {
@@ -99,20 +99,8 @@ Descriptor openFolderBelow(const Descriptor& parent, const char* name, MountPoin
 
 namespace {
 
-/// The folder from which the rest of `relative`, from `at` on, is a path that the system takes at
-/// once; `passing` holds it when it isn't `folder` itself. Null when the way is barred.
-const Descriptor* shortenWay(const Descriptor& folder, const std::string& relative, std::size_t& at,
-                             Descriptor& passing) {
-  const Descriptor* above = &folder;
-  while (relative.size() - at >= PATH_MAX) {
-    const std::size_t cut = relative.rfind('/', at + PATH_MAX - 2);
-    if (cut == std::string::npos || cut <= at) return nullptr;
-    passing = openFolderBelow(*above, relative.substr(at, cut - at).c_str(), MountPoints::refuse);
-    if (!passing) return nullptr;
-    above = &passing;
-    at = cut + 1;
-  }
-  return above;
+Descriptor openWay(const Descriptor& above, const std::string& path) {
+  return openFolderBelow(above, path.c_str(), MountPoints::refuse);
 }
 
 }  // namespace
@@ -120,7 +108,7 @@ const Descriptor* shortenWay(const Descriptor& folder, const std::string& relati
 Descriptor openPathBelow(const Descriptor& folder, const std::string& relative) {
   Descriptor passing;
   std::size_t at = 0;
-  const auto* above = shortenWay(folder, relative, at, passing);
+  const auto* above = shortenWay(folder, relative, at, passing, openWay);
   if (above == nullptr) return {};
   const char* rest = relative.empty() ? "." : relative.c_str() + at;
   return openFolderBelow(*above, rest, MountPoints::refuse);
@@ -143,7 +131,7 @@ Descriptor openFileBelow(const Descriptor& folder, const std::string& relative) 
   constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOATIME;
   Descriptor passing;
   std::size_t at = 0;
-  const auto* above = shortenWay(folder, relative, at, passing);
+  const auto* above = shortenWay(folder, relative, at, passing, openWay);
   if (above == nullptr) return {};
   const char* rest = relative.c_str() + at;
   int opened = openAt(above->get(), rest, flags, MountPoints::refuse);

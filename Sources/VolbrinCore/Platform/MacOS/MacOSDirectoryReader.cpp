@@ -5,10 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
+#include <utility>
 
 #include "../../DirectoryReader.hpp"
 #include "../../Text.hpp"
+#include "../LongWay.hpp"
 #include "BulkListing.hpp"
 
 namespace volbrin {
@@ -79,21 +80,8 @@ int openWithoutLinks(int parent, const char* path, int flags) {
   return ::openat(parent, path, (flags & ~O_NOFOLLOW) | O_NOFOLLOW_ANY);
 }
 
-/// The folder from which the rest of `relative`, from `at` on, is a path that the system takes at
-/// once; `passing` holds it when it isn't `folder` itself. Null when the way is barred.
-const Descriptor* shortenWay(const Descriptor& folder, const std::string& relative, std::size_t& at,
-                             Descriptor& passing) {
-  const Descriptor* above = &folder;
-  while (relative.size() - at >= PATH_MAX) {
-    const std::size_t cut = relative.rfind('/', at + PATH_MAX - 2);
-    if (cut == std::string::npos || cut <= at) return nullptr;
-    passing = Descriptor(
-        openWithoutLinks(above->get(), relative.substr(at, cut - at).c_str(), folderFlags));
-    if (!passing) return nullptr;
-    above = &passing;
-    at = cut + 1;
-  }
-  return above;
+Descriptor openWay(const Descriptor& above, const std::string& path) {
+  return Descriptor(openWithoutLinks(above.get(), path.c_str(), folderFlags));
 }
 
 }  // namespace
@@ -113,7 +101,7 @@ Descriptor openFolderBelow(const Descriptor& parent, const char* name, MountPoin
 Descriptor openPathBelow(const Descriptor& folder, const std::string& relative) {
   Descriptor passing;
   std::size_t at = 0;
-  const auto* above = shortenWay(folder, relative, at, passing);
+  const auto* above = shortenWay(folder, relative, at, passing, openWay);
   if (above == nullptr) return {};
   const char* rest = relative.empty() ? "." : relative.c_str() + at;
   return Descriptor(openWithoutLinks(above->get(), rest, folderFlags));
@@ -135,7 +123,7 @@ Descriptor holdFolder(const std::string& path) {
 Descriptor openFileBelow(const Descriptor& folder, const std::string& relative) {
   Descriptor passing;
   std::size_t at = 0;
-  const auto* above = shortenWay(folder, relative, at, passing);
+  const auto* above = shortenWay(folder, relative, at, passing, openWay);
   if (above == nullptr) return {};
   constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
   return Descriptor(openWithoutLinks(above->get(), relative.c_str() + at, flags));
@@ -161,6 +149,7 @@ struct DirectoryBuffer::State {
   EntryStat stat;  ///< of the entry that was given last
   /// For file systems that know no listing with records: a stream of names, one batch long.
   DIR* names = nullptr;
+  bool haveNamesFailed = false;  ///< the batch isn't all that the folder holds
 
   ~State() { stopNames(); }
 
@@ -171,11 +160,15 @@ struct DirectoryBuffer::State {
 
   /// The next name of the stream, without its record.
   std::optional<ListedEntry> nextName() {
-    while (const auto* entry = ::readdir(names)) {
+    while (true) {
+      errno = 0;  // readdir(3) tells an error from the end by it alone.
+      const auto* entry = ::readdir(names);
+      if (entry == nullptr) break;
       const char* name = entry->d_name;
       const bool isDots = name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
       if (!isDots) return ListedEntry{name, kindOfListing(entry->d_type)};
     }
+    haveNamesFailed = errno != 0;
     return std::nullopt;
   }
 };
@@ -187,7 +180,7 @@ DirectoryBuffer::Fill DirectoryBuffer::fill(const Descriptor& folder) {
   State& state = *state_;
   if (state.names != nullptr) {  // The one batch was all there is.
     state.stopNames();
-    return Fill::end;
+    return std::exchange(state.haveNamesFailed, false) ? Fill::failed : Fill::end;
   }
   if (state.listing.isBroken()) {
     state.listing = {};
@@ -202,7 +195,7 @@ DirectoryBuffer::Fill DirectoryBuffer::fill(const Descriptor& folder) {
     state.listing = BulkListing(state.bytes, static_cast<std::size_t>(count));
     return count == 0 ? Fill::end : Fill::batch;
   }
-  if (errno != ENOTSUP && errno != EINVAL) return Fill::failed;
+  if (errno != ENOTSUP) return Fill::failed;
   // The stream closes its handle, so it gets one of its own.
   Descriptor own = openFolderBelow(folder, ".", MountPoints::cross);
   state.names = own ? ::fdopendir(own.get()) : nullptr;
